@@ -50,8 +50,8 @@ TEST_F(SimSdrTest, NewReservationCancelsTheOldOneAndItsPartialAdd)
     EXPECT_EQ(Storage(&m_sState, SIM_CMD_PARTIAL_ADD_SDR, AddPiece(u16First, u16RecordID, vu8Record, 16, 16, 1)).u8Code,
               SIM_CC_INVALID_RESERVATION);
     // The piece under the new reservation finds no record in progress any more.
-    EXPECT_EQ(Storage(&m_sState, SIM_CMD_PARTIAL_ADD_SDR, AddPiece(u16Second, u16RecordID, vu8Record, 16, 16, 1)).u8Code,
-              SIM_CC_INVALID_DATA_FIELD);
+    sAnswer sLate = Storage(&m_sState, SIM_CMD_PARTIAL_ADD_SDR, AddPiece(u16Second, u16RecordID, vu8Record, 16, 16, 1));
+    EXPECT_EQ(sLate.u8Code, SIM_CC_INVALID_DATA_FIELD);
     EXPECT_EQ(Storage(&m_sState, SIM_CMD_GET_SDR, GetSdrRequest(u16Second, 0, 0, 5)).u8Code, 0);
     // Reservation 0000h is accepted for a read from offset 0 only.
     EXPECT_EQ(Storage(&m_sState, SIM_CMD_GET_SDR, GetSdrRequest(0, 0, 0, 5)).u8Code, 0);
@@ -191,6 +191,7 @@ TEST_F(SimSdrTest, EraseReportsProgressForTheConfiguredPolls)
     EXPECT_EQ(Clear(0xAA).vu8Data, std::vector<uint8_t>{0});
     EXPECT_TRUE(m_sState.sRepository.vsRecords.empty());
     EXPECT_FALSE(m_sState.sRepository.bOverflow);
+    EXPECT_EQ(Clear(0x00).vu8Data, std::vector<uint8_t>{0});
     EXPECT_EQ(Clear(0x00).vu8Data, std::vector<uint8_t>{0});
     EXPECT_EQ(Clear(0x00).vu8Data, std::vector<uint8_t>{1});
     EXPECT_EQ(Clear(0x00).vu8Data, std::vector<uint8_t>{1});

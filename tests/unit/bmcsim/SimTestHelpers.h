@@ -48,8 +48,9 @@ inline std::vector<uint8_t> MakeRecord(uint8_t u8Type, uint8_t u8Length)
 }
 
 // Partial Add SDR request for a piece of the record.
-inline std::vector<uint8_t> AddPiece(uint16_t u16Reservation, uint16_t u16RecordID, const std::vector<uint8_t>& vu8Record,
-                                     uint8_t u8Offset, uint8_t u8Count, uint8_t u8Progress)
+inline std::vector<uint8_t> AddPiece(uint16_t u16Reservation, uint16_t u16RecordID,
+                                     const std::vector<uint8_t>& vu8Record, uint8_t u8Offset, uint8_t u8Count,
+                                     uint8_t u8Progress)
 {
     std::vector<uint8_t> vu8Request = {Lo(u16Reservation), Hi(u16Reservation), Lo(u16RecordID), Hi(u16RecordID),
                                        u8Offset, u8Progress};

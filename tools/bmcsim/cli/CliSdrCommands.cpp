@@ -75,8 +75,9 @@ int CliSdrLoad(sBmcSimState* psState, int iArgc, char** ppchArgv)
         return CliFail("out of memory");
     }
     uint16_t u16Count = 0;
-    int iResult = ReadSDRFile(ppchArgv[0], &u16Count) ? AddReadRecords(&psState->sRepository, G_psLocalSDREntryList, u16Count)
-                                                       : CliFail("%s: no records loaded", ppchArgv[0]);
+    int iResult = ReadSDRFile(ppchArgv[0], &u16Count)
+                      ? AddReadRecords(&psState->sRepository, G_psLocalSDREntryList, u16Count)
+                      : CliFail("%s: no records loaded", ppchArgv[0]);
     free(G_psLocalSDREntryList);
     G_psLocalSDREntryList = nullptr;
     return iResult;

@@ -56,8 +56,8 @@ struct sSimRepository {
     uint32_t u32EraseTime;
     uint16_t u16ReservationID;             // 0: no reservation
     uint16_t u16NextRecordID;              // first candidate for the next assigned ID
-    uint16_t u16ErasePolls;                // answers "in progress" after an erase starts
-    uint16_t u16EraseRemaining;
+    uint16_t u16ErasePolls;                // status polls that say "in progress" after an erase starts
+    uint16_t u16EraseRemaining;            // of those, still to come
     sSimPartialAdd sPartial;
 };
 

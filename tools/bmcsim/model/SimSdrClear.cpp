@@ -1,6 +1,8 @@
 // Clear SDR Repository: "CLR" and the action AAh erase the repository; action 00h
-// asks how far the erase is. The erase itself happens at once, but the answers say
-// "in progress" for the configured number of times, counting the initiating answer.
+// asks how far the erase is. The erase itself happens at once, but the BMC reports it
+// in progress for the configured number of status polls: the initiating answer says
+// "in progress" unless that number is 0, then as many polls say so, and after them
+// every answer says "completed".
 #include "SimCommands.h"
 #include "SimIpmiCodes.h"
 
@@ -13,7 +15,15 @@ const uint8_t kActionStatus = 0x00;
 const uint8_t kEraseInProgress = 0x00;
 const uint8_t kEraseCompleted = 0x01;
 
-uint8_t NextEraseStatus(sSimRepository* psRepository)
+uint8_t InitiateErase(sBmcSimState* psState)
+{
+    sSimRepository* psRepository = &psState->sRepository;
+    SimEraseRepository(psRepository, SimNow(psState));
+    psRepository->u16EraseRemaining = psRepository->u16ErasePolls;
+    return (psRepository->u16ErasePolls > 0) ? kEraseInProgress : kEraseCompleted;
+}
+
+uint8_t PollErase(sSimRepository* psRepository)
 {
     if (psRepository->u16EraseRemaining == 0) {
         return kEraseCompleted;
@@ -41,10 +51,5 @@ void SimClearSdrRepository(sBmcSimState* psState, const sSimRequest& sRequest, s
         SimRefuse(psResponse, SIM_CC_INVALID_DATA_FIELD);
         return;
     }
-    sSimRepository* psRepository = &psState->sRepository;
-    if (u8Action == kActionInitiate) {
-        SimEraseRepository(psRepository, SimNow(psState));
-        psRepository->u16EraseRemaining = psRepository->u16ErasePolls;
-    }
-    SimPutByte(psResponse, NextEraseStatus(psRepository));
+    SimPutByte(psResponse, (u8Action == kActionInitiate) ? InitiateErase(psState) : PollErase(&psState->sRepository));
 }
