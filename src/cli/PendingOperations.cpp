@@ -1,0 +1,27 @@
+// Options whose work this version does not carry out yet: each refuses clearly and
+// fails, so that no script mistakes it for success.
+#include <cstdio>
+
+#include "OptionHandlers.h"
+
+namespace {
+
+eReturnCodeTag RefuseOption(const char* pchOption)
+{
+    fprintf(stderr, "<ERROR> %s is not available in this version of " TAVRIN ". \n", pchOption);
+    return eRcHandlerFailed;
+}
+
+}  // namespace
+
+eReturnCodeTag Download(uint16_t, char**) { return RefuseOption("-d"); }
+eReturnCodeTag Verify(uint16_t, char**) { return RefuseOption("-v"); }
+eReturnCodeTag Upload(uint16_t, char**) { return RefuseOption("-u"); }
+eReturnCodeTag UpdateFRU(uint16_t, char**) { return RefuseOption("-updateFRU"); }
+eReturnCodeTag CheckKCS(uint16_t, char**) { return eRcHandlerFailed; }
+eReturnCodeTag SetMessagingInterface(uint16_t, char**) { return RefuseOption("-msgintf"); }
+eReturnCodeTag SaveLanIF(uint16_t, char**) { return RefuseOption("-n"); }
+eReturnCodeTag SaveHostIP(uint16_t, char**) { return RefuseOption("-H"); }
+eReturnCodeTag SaveUserName(uint16_t, char**) { return RefuseOption("-U"); }
+eReturnCodeTag SavePassWord(uint16_t, char**) { return RefuseOption("-P"); }
+eReturnCodeTag SaveCipherValue(uint16_t, char**) { return RefuseOption("-C"); }
