@@ -18,10 +18,3 @@ eReturnCodeTag Download(uint16_t, char**) { return RefuseOption("-d"); }
 eReturnCodeTag Verify(uint16_t, char**) { return RefuseOption("-v"); }
 eReturnCodeTag Upload(uint16_t, char**) { return RefuseOption("-u"); }
 eReturnCodeTag UpdateFRU(uint16_t, char**) { return RefuseOption("-updateFRU"); }
-eReturnCodeTag CheckKCS(uint16_t, char**) { return eRcHandlerFailed; }
-eReturnCodeTag SetMessagingInterface(uint16_t, char**) { return RefuseOption("-msgintf"); }
-eReturnCodeTag SaveLanIF(uint16_t, char**) { return RefuseOption("-n"); }
-eReturnCodeTag SaveHostIP(uint16_t, char**) { return RefuseOption("-H"); }
-eReturnCodeTag SaveUserName(uint16_t, char**) { return RefuseOption("-U"); }
-eReturnCodeTag SavePassWord(uint16_t, char**) { return RefuseOption("-P"); }
-eReturnCodeTag SaveCipherValue(uint16_t, char**) { return RefuseOption("-C"); }
