@@ -3,15 +3,38 @@
 #include <cstdio>
 #include <cstdlib>
 
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
+
 #include "common/DebugOutput.h"
 #include "fru/FRUImage.h"
 #include "sdr/SDREntry.h"
 
 namespace {
 
+// Each list is about 7 MB and every holder is touched to mark it empty. On Linux the
+// list lies in transparent huge pages where the kernel offers them, which makes that
+// first touch several times faster than with 4 KB pages.
+SDREntry* AllocateList()
+{
+    const size_t uSize = sizeof(SDREntry) * SDR_RECORD_LIMIT;
+#if defined(__linux__)
+    const size_t uHugePage = 2u << 20;
+    const size_t uRounded = (uSize + uHugePage - 1) & ~(uHugePage - 1);
+    void* pvList = aligned_alloc(uHugePage, uRounded);
+    if (pvList != nullptr) {
+        madvise(pvList, uRounded, MADV_HUGEPAGE);
+    }
+    return static_cast<SDREntry*>(pvList);
+#else
+    return static_cast<SDREntry*>(malloc(uSize));
+#endif
+}
+
 SDREntry* AllocateEmptyList()
 {
-    SDREntry* psList = static_cast<SDREntry*>(calloc(SDR_RECORD_LIMIT, sizeof(SDREntry)));
+    SDREntry* psList = AllocateList();
     if (psList != nullptr) {
         for (uint32_t i = 0; i < SDR_RECORD_LIMIT; i++) {
             psList[i].u16RecordID = SDR_EMPTY_RECORD_ID;

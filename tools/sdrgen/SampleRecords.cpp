@@ -1,5 +1,7 @@
 #include "SampleRecords.h"
 
+#include <algorithm>
+
 namespace {
 
 const uint8_t kSdrVersion = 0x51;
@@ -8,9 +10,13 @@ const uint8_t kBmcSlaveAddress = 0x20;
 // Header with the body length filled in from what follows it.
 TRecord Finish(uint16_t u16RecordID, uint8_t u8Type, const std::vector<uint8_t>& vBody)
 {
-    TRecord vRecord = {static_cast<uint8_t>(u16RecordID & 0xFF), static_cast<uint8_t>(u16RecordID >> 8),
-                       kSdrVersion, u8Type, static_cast<uint8_t>(vBody.size())};
-    vRecord.insert(vRecord.end(), vBody.begin(), vBody.end());
+    TRecord vRecord(5 + vBody.size());
+    vRecord[0] = static_cast<uint8_t>(u16RecordID & 0xFF);
+    vRecord[1] = static_cast<uint8_t>(u16RecordID >> 8);
+    vRecord[2] = kSdrVersion;
+    vRecord[3] = u8Type;
+    vRecord[4] = static_cast<uint8_t>(vBody.size());
+    std::copy(vBody.begin(), vBody.end(), vRecord.begin() + 5);
     return vRecord;
 }
 

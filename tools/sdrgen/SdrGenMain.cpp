@@ -1,6 +1,7 @@
 // tavrin-sdrgen: writes binary SDR files from the built-in sample records.
 //   tavrin-sdrgen VERSION FILE            the example record set
 //   tavrin-sdrgen VERSION FILE COUNT      COUNT full sensor records (for benchmarks)
+//   tavrin-sdrgen VERSION FILE COUNT min  COUNT records of a header only, the smallest
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -9,13 +10,17 @@
 
 namespace {
 
-std::vector<TRecord> ManyRecords(unsigned long ulCount)
+std::vector<TRecord> ManyRecords(unsigned long ulCount, bool bSmallest)
 {
     std::vector<TRecord> vRecords;
     vRecords.reserve(ulCount);
     for (unsigned long i = 0; i < ulCount; i++) {
         uint16_t u16ID = static_cast<uint16_t>(i + 1);
-        vRecords.push_back(FullSensorRecord(u16ID, static_cast<uint8_t>(i), "Sensor " + std::to_string(i % 100000)));
+        if (bSmallest) {
+            vRecords.push_back({static_cast<uint8_t>(u16ID & 0xFF), static_cast<uint8_t>(u16ID >> 8), 0x51, 0xC0, 0});
+        } else {
+            vRecords.push_back(FullSensorRecord(u16ID, static_cast<uint8_t>(i), "Sensor " + std::to_string(i)));
+        }
     }
     return vRecords;
 }
@@ -24,8 +29,8 @@ std::vector<TRecord> ManyRecords(unsigned long ulCount)
 
 int main(int argc, char** argv)
 {
-    if (argc != 3 && argc != 4) {
-        fputs("usage: tavrin-sdrgen VERSION(0|1|2) FILE [COUNT]\n", stderr);
+    if (argc < 3 || argc > 5) {
+        fputs("usage: tavrin-sdrgen VERSION(0|1|2) FILE [COUNT [min]]\n", stderr);
         return 2;
     }
     int iVersion = atoi(argv[1]);
@@ -33,7 +38,9 @@ int main(int argc, char** argv)
         fputs("tavrin-sdrgen: VERSION must be 0, 1 or 2\n", stderr);
         return 2;
     }
-    std::vector<TRecord> vRecords = (argc == 4) ? ManyRecords(strtoul(argv[3], nullptr, 10)) : ExampleRecordSet();
+    bool bSmallest = (argc == 5 && std::string(argv[4]) == "min");
+    std::vector<TRecord> vRecords =
+        (argc >= 4) ? ManyRecords(strtoul(argv[3], nullptr, 10), bSmallest) : ExampleRecordSet();
     std::vector<uint8_t> vFile = BuildBinarySDRFile(iVersion, vRecords);
     FILE* pFile = fopen(argv[2], "wb");
     if (pFile == nullptr || fwrite(vFile.data(), 1, vFile.size(), pFile) != vFile.size() || fclose(pFile) != 0) {
