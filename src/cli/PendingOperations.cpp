@@ -14,7 +14,5 @@ eReturnCodeTag RefuseOption(const char* pchOption)
 
 }  // namespace
 
-eReturnCodeTag Download(uint16_t, char**) { return RefuseOption("-d"); }
-eReturnCodeTag Verify(uint16_t, char**) { return RefuseOption("-v"); }
 eReturnCodeTag Upload(uint16_t, char**) { return RefuseOption("-u"); }
 eReturnCodeTag UpdateFRU(uint16_t, char**) { return RefuseOption("-updateFRU"); }
