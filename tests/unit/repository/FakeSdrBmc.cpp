@@ -2,9 +2,6 @@
 
 #include <cstring>
 
-SDREntry* G_psLocalSDREntryList = nullptr;
-SDREntry* G_psRepositorySDREntryList = nullptr;
-
 namespace {
 
 FakeSdrBmc* s_psBmc = nullptr;
