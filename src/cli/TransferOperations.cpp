@@ -68,30 +68,29 @@ int DownloadSDRFile(const char* pchFileName)
     return DoSDRAddToBMC(u16RecordCount);
 }
 
-}  // namespace
-
-eReturnCodeTag Verify(uint16_t u16ArgCount, char** ppchArgs)
+// One operation: the preparation, the work on the named file, then the lists and
+// the route are closed in that order.
+eReturnCodeTag RunTransfer(uint16_t u16ArgCount, char** ppchArgs, int (*pfnWork)(const char*))
 {
     int bIsSDRFile = 0;
     char achFileName[FILE_NAME_SIZE] = {0};
     if (!PrepareTransfer(u16ArgCount, ppchArgs, &bIsSDRFile, achFileName)) {
         return eRcHandlerFailed;
     }
-    int iResult = VerifySDRFile(achFileName);
+    int iResult = pfnWork(achFileName);
     TavrinExit();
     TerminateConnSession();
     return (iResult == 1) ? eRcSuccess : eRcHandlerFailed;
 }
 
+}  // namespace
+
+eReturnCodeTag Verify(uint16_t u16ArgCount, char** ppchArgs)
+{
+    return RunTransfer(u16ArgCount, ppchArgs, VerifySDRFile);
+}
+
 eReturnCodeTag Download(uint16_t u16ArgCount, char** ppchArgs)
 {
-    int bIsSDRFile = 0;
-    char achFileName[FILE_NAME_SIZE] = {0};
-    if (!PrepareTransfer(u16ArgCount, ppchArgs, &bIsSDRFile, achFileName)) {
-        return eRcHandlerFailed;
-    }
-    int iResult = DownloadSDRFile(achFileName);
-    TavrinExit();
-    TerminateConnSession();
-    return (iResult == 1) ? eRcSuccess : eRcHandlerFailed;
+    return RunTransfer(u16ArgCount, ppchArgs, DownloadSDRFile);
 }
