@@ -82,7 +82,9 @@ int SimReceive(sSimulatedDriver* psDriver, struct ipmi_recv* psReceived)
     psReceived->recv_type = sMessage.iRecvType;
     psReceived->msgid = psDriver->lMsgId + sMessage.lMsgIdOffset;
     size_t uCopied = std::min<size_t>(sMessage.vData.size(), psReceived->msg.data_len);
-    memcpy(psReceived->msg.data, sMessage.vData.data(), uCopied);
+    if (uCopied > 0) {
+        memcpy(psReceived->msg.data, sMessage.vData.data(), uCopied);
+    }
     psReceived->msg.data_len = static_cast<unsigned short>(uCopied);
     if (sMessage.bTruncatedByDriver) {
         errno = EMSGSIZE;
