@@ -102,14 +102,12 @@ RunResult RunProgram(const std::vector<std::string>& vArgs, const RunOptions& sO
 
 std::string BuildDir()
 {
-    const char* pch = getenv("TAVRIN_BUILD_DIR");
-    return pch != nullptr ? pch : "build";
+    return TAVRIN_TEST_BUILD_DIR;
 }
 
 std::string SourceDir()
 {
-    const char* pch = getenv("TAVRIN_SOURCE_DIR");
-    return pch != nullptr ? pch : ".";
+    return TAVRIN_TEST_SOURCE_DIR;
 }
 
 TempDir::TempDir()

@@ -23,7 +23,7 @@ struct RunOptions {
 // Runs argv[0] (looked up on PATH when it has no slash) with the given arguments.
 RunResult RunProgram(const std::vector<std::string>& vArgs, const RunOptions& sOptions = RunOptions());
 
-// The build directory (TAVRIN_BUILD_DIR, set by CTest) and the source directory.
+// The build directory and the source directory of this build.
 std::string BuildDir();
 std::string SourceDir();
 

@@ -1,0 +1,121 @@
+// Building ipmitool's command line and reading back what it prints.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "LanChannel.h"
+
+namespace {
+
+const char* const kFailureMarkers[] = {"Unable to", "failed", "no support for", "Error"};
+const char* const kCipherMarkers[] = {"no support for IPMI_AUTH", "lanplus_encrypt_payload: Assertion"};
+const uint16_t kCipherNone = 0xFF;  // low byte that selects the form without -C
+const size_t kCodeWidth = 4;        // "0xc5" in front of the ")"
+
+template <size_t N>
+int HasAny(const char* pchText, const char* const (&apchMarkers)[N])
+{
+    for (const char* pchMarker : apchMarkers) {
+        if (strstr(pchText, pchMarker) != nullptr) {
+            return 1;
+        }
+    }
+    return 0;
+}
+
+}  // namespace
+
+int BuildLanCommandLine(uint8_t u8NetFn, uint8_t u8Command, const IPMIMessage* psMessage, char* pchLine,
+                        size_t uSize, char* pchHead, size_t uHeadSize)
+{
+    int iLength;
+    if ((sIolData.u16CipherSuiteID & 0xFF) != kCipherNone) {
+        iLength = snprintf(pchHead, uHeadSize, "%s -C %d -I %s -U %s -P %s -H %s raw 0x%02x 0x%02x ", "ipmitool",
+                           sIolData.u16CipherSuiteID, sIolData.achLanIF, sIolData.achUserName,
+                           sIolData.achPassWord, sIolData.achHostIP, u8NetFn, u8Command);
+    } else {
+        iLength = snprintf(pchHead, uHeadSize, "%s -I %s -U %s -P %s -H %s raw 0x%02x 0x%02x ", "ipmitool",
+                           sIolData.achLanIF, sIolData.achUserName, sIolData.achPassWord, sIolData.achHostIP,
+                           u8NetFn, u8Command);
+    }
+    if (iLength < 0 || static_cast<size_t>(iLength) >= uHeadSize || static_cast<size_t>(iLength) >= uSize) {
+        return 0;
+    }
+    strcpy(pchLine, pchHead);
+    size_t uUsed = static_cast<size_t>(iLength);
+    uint8_t u8Count = psMessage->u8RequestLength <= IPMI_REQUEST_DATA_SIZE ? psMessage->u8RequestLength
+                                                                           : static_cast<uint8_t>(IPMI_REQUEST_DATA_SIZE);
+    for (uint8_t i = 0; i < u8Count; i++) {
+        int iPiece = snprintf(pchLine + uUsed, uSize - uUsed, "0x%02x ", psMessage->au8RequestData[i]);
+        if (iPiece < 0 || static_cast<size_t>(iPiece) >= uSize - uUsed) {
+            return 0;
+        }
+        uUsed += static_cast<size_t>(iPiece);
+    }
+    int iTail = snprintf(pchLine + uUsed, uSize - uUsed, " 2>&1");
+    return (iTail > 0 && static_cast<size_t>(iTail) < uSize - uUsed) ? 1 : 0;
+}
+
+int HasLanFailureMarker(const char* pchText)
+{
+    return HasAny(pchText, kFailureMarkers);
+}
+
+int HasLanCipherMarker(const char* pchText)
+{
+    return HasAny(pchText, kCipherMarkers);
+}
+
+int ParseLanResponseText(const char* pchText, IPMIMessage* psMessage)
+{
+    psMessage->u16ResponseLength = 0;
+    const char* p = pchText;
+    while (*p != '\0') {
+        while (*p == ' ') p++;
+        if (*p == '\0') {
+            break;
+        }
+        if (psMessage->u16ResponseLength >= IPMI_RESPONSE_DATA_SIZE) {
+            return 0;
+        }
+        // The piece alone is converted, so that a conversion never runs into the next one.
+        char achPiece[LAN_OUTPUT_LIMIT + 1];
+        size_t uLength = strcspn(p, " ");
+        if (uLength > LAN_OUTPUT_LIMIT) {
+            uLength = LAN_OUTPUT_LIMIT;
+        }
+        memcpy(achPiece, p, uLength);
+        achPiece[uLength] = '\0';
+        unsigned long ulValue = strtoul(achPiece, nullptr, 16);
+        psMessage->au8ResponseData[psMessage->u16ResponseLength++] = static_cast<uint8_t>(ulValue & 0xFF);
+        p += strcspn(p, " ");
+    }
+    return 1;
+}
+
+void GetLanErrorLine(const char* pchText, char* pchLine, size_t uSize)
+{
+    const char* p = pchText;
+    while (*p == '\n' || *p == '\r') p++;
+    size_t uLength = strcspn(p, "\r\n");
+    if (uLength >= uSize) {
+        uLength = uSize - 1;
+    }
+    memcpy(pchLine, p, uLength);
+    pchLine[uLength] = '\0';
+}
+
+void ReadLanCompletionCode(const char* pchErrorLine, IPMIMessage* psMessage)
+{
+    const char* pchClose = strchr(pchErrorLine, ')');
+    if (pchClose == nullptr) {
+        return;
+    }
+    if (static_cast<size_t>(pchClose - pchErrorLine) < kCodeWidth) {
+        // Too near the start to hold a code: an unspecified error rather than a guess.
+        psMessage->u8CompletionCode = 0xFF;
+        return;
+    }
+    unsigned long ulCode = strtoul(pchClose - kCodeWidth, nullptr, 16);
+    psMessage->u8CompletionCode = static_cast<uint8_t>(ulCode & 0xFF);
+}

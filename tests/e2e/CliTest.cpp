@@ -1,0 +1,121 @@
+// The tavrin executable run as a user runs it: exact standard output, standard error
+// and exit status for the command lines that need no BMC.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "TestSupport.h"
+
+namespace {
+
+const std::string kRule(79, '-');
+const std::string kBanner = kRule + "\n                          Tavrin Utility\n" +
+                            "        SDR and FRU data transfer for IPMI baseboard management controllers\n" + kRule + "\n";
+const std::string kNotes =
+    "\nNote: If the option, -msgintf kcsio, is used,\n      make sure KCS driver modules are not loaded!\n\n";
+
+RunResult Tavrin(const std::vector<std::string>& vArgs, const std::string& sWorkDir = "")
+{
+    std::vector<std::string> vArgv = {BuildDir() + "/tavrin"};
+    vArgv.insert(vArgv.end(), vArgs.begin(), vArgs.end());
+    RunOptions sOptions;
+    sOptions.sWorkDir = sWorkDir;
+    return RunProgram(vArgv, sOptions);
+}
+
+std::string Example(const std::string& sName)
+{
+    return SourceDir() + "/examples/" + sName;
+}
+
+struct GoldenCase {
+    std::vector<std::string> vArgs;
+    int iStatus;
+    std::string sOut;  // behind the banner
+    std::string sErr;
+};
+
+class CliGoldenTest : public ::testing::TestWithParam<GoldenCase> {};
+
+TEST_P(CliGoldenTest, PrintsExactlyThis)
+{
+    const GoldenCase& c = GetParam();
+    RunResult s = Tavrin(c.vArgs, SourceDir() + "/examples");
+    EXPECT_EQ(c.iStatus, s.iStatus);
+    EXPECT_EQ(kBanner + c.sOut, s.sOut);
+    EXPECT_EQ(c.sErr, s.sErr);
+}
+
+const std::string kUseHelp = "Invalid operations. \nUse tavrin -h for help.\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    CommandLines, CliGoldenTest,
+    ::testing::Values(
+        GoldenCase{{}, 4, "", "<ERROR> No command option specified. \n" + kUseHelp},
+        GoldenCase{{"-x"}, 4, "", "<ERROR> Unrecognized command option. \n" + kUseHelp},
+        GoldenCase{{"sample-v0.sdr", "-t"}, 4, "", "<ERROR> Incorrect command format. \n" + kUseHelp},
+        GoldenCase{{"-debugmsg", "-h"}, 4, "", "<ERROR> Incompatible options are specified. \n" + kUseHelp},
+        GoldenCase{{"-t", "a", "-H", "1.2.3.4"}, 4, "", "<ERROR> Invalid LAN+ interface options. \n" + kUseHelp},
+        GoldenCase{{"-debugmsg"}, 4, "",
+                   "<ERROR> No operational command specified. (-d/-u/-v/-t/-h/-version/-updateFRU) \n" + kUseHelp},
+        GoldenCase{{"-version"}, 0, "\n\n Version 1.24.3.112 (FreeBSD) \n\n", ""},
+        GoldenCase{{"-t", "missing.sdr"}, 1, "", "<ERROR> File missing.sdr does not exist.\n" + kNotes},
+        GoldenCase{{"-t", "sample-v2.sdr", "fruID=0xFF"}, 1, "", "<ERROR> FRU ID (0xFF) is reserved! \n \n" + kNotes},
+        GoldenCase{{"-t", "sample-v0.sdr"}, 0,
+                   "Recognize SDR File as binary format version 0 (6 records) \n"
+                   "Start to process SDR file (total 0xEC bytes) \n"
+                   "No error found in SDR file sample-v0.sdr! \n \n",
+                   ""},
+        GoldenCase{{"/t", "sample-v1.sdr"}, 0,
+                   "Recognize SDR File as binary format version 1 (6 records) \n"
+                   "Start to process SDR file (total 0xF2 bytes) \n"
+                   "No error found in SDR file sample-v1.sdr! \n \n",
+                   ""},
+        GoldenCase{{"-t", "sample-v2.sdr"}, 0,
+                   "Recognize SDR File as binary format version 2 (6 records) \n"
+                   "Start to process SDR file (total 0xFF bytes) \n"
+                   "No error found in SDR file sample-v2.sdr! \n \n",
+                   ""}));
+
+TEST(Cli, HelpPrintsTheUsage)
+{
+    RunResult s = Tavrin({"-h"});
+    EXPECT_EQ(0, s.iStatus);
+    EXPECT_EQ(kBanner + ReadFileText(SourceDir() + "/tests/e2e/golden/help.txt"), s.sOut);
+    EXPECT_EQ("", s.sErr);
+}
+
+TEST(Cli, DebugModeIsInForceWhereverItStands)
+{
+    RunResult s = Tavrin({"-t", "sample-v2.sdr", "-debugmsg"}, SourceDir() + "/examples");
+    EXPECT_EQ(0, s.iStatus);
+    EXPECT_NE(std::string::npos, s.sOut.find("CRC 16: Calculated["));
+    EXPECT_EQ(s.sOut.size() - std::string("memory space deallocation successful\n").size(),
+              s.sOut.rfind("memory space deallocation successful\n"));
+}
+
+TEST(Cli, BrokenFileIsReportedAndFails)
+{
+    TempDir sDir;
+    std::vector<uint8_t> vFile = ReadFileBytes(Example("sample-v1.sdr"));
+    vFile[20] ^= 0x40;  // inside the first record: its CRC no longer matches
+    WriteFileBytes(sDir.File("bad.sdr"), vFile);
+    RunResult s = Tavrin({"-t", "bad.sdr"}, sDir.Path());
+    EXPECT_EQ(1, s.iStatus);
+    EXPECT_EQ(0u, s.sErr.find("SDR binary file format error. \n"));
+    EXPECT_NE(std::string::npos, s.sErr.find("Error found in SDR file bad.sdr. \n" + kNotes));
+}
+
+TEST(Cli, ExamplesAreWhatTheGeneratorMakes)
+{
+    TempDir sDir;
+    for (const char* pchVersion : {"0", "1", "2"}) {
+        std::string sOut = sDir.File(std::string("v") + pchVersion);
+        ASSERT_EQ(0, RunProgram({BuildDir() + "/tools/tavrin-sdrgen", pchVersion, sOut}).iStatus);
+        EXPECT_EQ(ReadFileBytes(Example(std::string("sample-v") + pchVersion + ".sdr")), ReadFileBytes(sOut))
+            << "run scripts/make-examples.sh";
+    }
+}
+
+}  // namespace
