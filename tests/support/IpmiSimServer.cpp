@@ -20,11 +20,11 @@
 
 namespace {
 
-const int kStartTries = 50;        // readiness probes, ...
+const int kStartTries = 50;               // readiness probes, ...
 const useconds_t kStartPauseUs = 100000;  // ... 100 ms apart
-const int kStopTries = 50;         // looks for the end after SIGTERM, ...
-const useconds_t kStopPauseUs = 20000;    // ... 20 ms apart, before SIGKILL
-const unsigned kBytesPerLine = 16;  // record bytes per line of the command file
+const int kStopTries = 50;                // looks for the end after SIGTERM, ...
+const useconds_t kStopPauseUs = 20000;    // ... 20 ms apart, then SIGKILL
+const unsigned kBytesPerLine = 16;        // record bytes per line of the command file
 
 bool IsOnPath(const std::string& sName)
 {
@@ -148,7 +148,8 @@ bool IpmiSimServer::Start(const std::vector<std::vector<uint8_t>>& vMainSDRRecor
         return false;
     }
     if (UdpPortState(kPort) == 1) {
-        m_sFailure = "UDP port " + std::to_string(kPort) + " is already bound by another process (an ipmi_sim left over?)";
+        m_sFailure = "UDP port " + std::to_string(kPort) +
+                     " is already bound by another process (an ipmi_sim left over?)";
         return false;
     }
     WriteConfiguration(vMainSDRRecords);

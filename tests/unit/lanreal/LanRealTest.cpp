@@ -39,7 +39,7 @@ IPMIMessage Request(const std::vector<uint8_t>& vData)
 {
     IPMIMessage sMessage;
     memset(&sMessage, 0, sizeof(sMessage));
-    memcpy(sMessage.au8RequestData, vData.data(), vData.size());
+    if (!vData.empty()) memcpy(sMessage.au8RequestData, vData.data(), vData.size());
     sMessage.u8RequestLength = static_cast<uint8_t>(vData.size());
     sMessage.u16ResponseLength = IPMI_RESPONSE_DATA_SIZE;
     return sMessage;
@@ -77,7 +77,9 @@ protected:
         EXPECT_EQ(0, sMessage.u8CompletionCode);
         EXPECT_EQ(2 + u8Count, sMessage.u16ResponseLength);
         EXPECT_EQ(0x02, sMessage.au8ResponseData[0]) << "next record ID, low byte";
-        return std::vector<uint8_t>(sMessage.au8ResponseData + 2, sMessage.au8ResponseData + sMessage.u16ResponseLength);
+        if (sMessage.u16ResponseLength < 2) return {};
+        const uint8_t* pu8Data = sMessage.au8ResponseData;
+        return std::vector<uint8_t>(pu8Data + 2, pu8Data + sMessage.u16ResponseLength);
     }
 
     IpmiSimServer m_sSim;
@@ -136,7 +138,8 @@ TEST_F(LanRealTest, PreloadedRecordReadsBackInChunks)
 TEST_F(LanRealTest, RefusedCommandsFailWithTheirCompletionCode)
 {
     const uint16_t u16Reservation = Reserve();
-    const uint8_t u8ResLow = static_cast<uint8_t>(u16Reservation), u8ResHigh = static_cast<uint8_t>(u16Reservation >> 8);
+    const uint8_t u8ResLow = static_cast<uint8_t>(u16Reservation);
+    const uint8_t u8ResHigh = static_cast<uint8_t>(u16Reservation >> 8);
     const struct {
         uint8_t u8Command;
         std::vector<uint8_t> vRequest;
