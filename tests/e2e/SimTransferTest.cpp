@@ -2,6 +2,7 @@
 // the user sees, what crosses the wire, and what the repository holds afterwards.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <sstream>
 #include <tuple>
 
@@ -120,6 +121,20 @@ TEST(DownloadExchanges, UseOneReservationPerRecordAndChunksOfSixteenBytes)
     size_t uReservations = 0;
     for (const SimExchange& s : vLog) uReservations += (s.iCommand == 0x22) ? 1 : 0;
     EXPECT_EQ(vRecords.size() + 1, uReservations);  // one per record, one for the erase
+}
+
+TEST(DownloadExchanges, IntoAFullRepositoryUseExactlyThePrescribedExchanges)
+{
+    SimSession sBmc;
+    ASSERT_EQ(0, sBmc.Sim({"sdr-load", sBmc.File("sample-v1.sdr")}).iStatus);
+    sBmc.ClearLog();
+    ASSERT_EQ(0, sBmc.Tavrin(Route::Driver, {"-d", "sample-v2.sdr"}).iStatus);
+    std::map<int, int> mCounts;
+    for (const SimExchange& s : sBmc.Log()) mCounts[s.iCommand]++;
+    // Six records of 19, 57, 58, 43, 29 and 16 bytes, backed up then written; the
+    // simulator reports the erase in progress once and the agent busy once.
+    const std::map<int, int> mExpected = {{0x20, 1}, {0x22, 6 + 1 + 6}, {0x23, 6 + 15}, {0x25, 16}, {0x27, 3}, {0x2C, 2}};
+    EXPECT_EQ(mExpected, mCounts);
 }
 
 // A repository holding the old records, with settings and faults applied, then -d.
