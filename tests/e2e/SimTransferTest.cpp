@@ -274,6 +274,43 @@ TEST(LanRoute, RetriesARefusalAndReportsAWrongLogin)
     EXPECT_EQ("\n\nGet Device ID failed. Please check LAN+ configuration.\n\n", sLogin.sErr);
 }
 
+// LAN failures injected by the ipmitool look-alike during a download into a repository
+// holding the old records.
+struct LanFaultCase {
+    const char* pchName;
+    std::vector<std::string> vFault;
+    int iStatus;
+    std::vector<std::string> vOut;
+};
+
+class LanFaultTest : public ::testing::TestWithParam<LanFaultCase> {};
+
+TEST_P(LanFaultTest, EndsAsTheRetryRulesSay)
+{
+    const LanFaultCase& c = GetParam();
+    SimSession sBmc;
+    for (const char* pch : kOldRecords) sBmc.Sim({"sdr-add", pch});
+    std::vector<std::string> vFault = {"fault"};
+    vFault.insert(vFault.end(), c.vFault.begin(), c.vFault.end());
+    ASSERT_EQ(0, sBmc.Sim(vFault).iStatus);
+    RunResult s = sBmc.Tavrin(Route::Lan, {"-d", "sample-v2.sdr"});
+    EXPECT_EQ(c.iStatus, s.iStatus) << s.sErr;
+    for (const std::string& sPart : c.vOut) EXPECT_TRUE(Has(s.sOut, sPart)) << sPart << "\n---\n" << s.sOut;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, LanFaultTest,
+    ::testing::Values(
+        // A refusal that did nothing is simply sent again.
+        LanFaultCase{"TimeoutIsRetried", {"0x0a", "0x25", "2", "lan-timeout"}, 0, {"Download SDR data Successful."}},
+        // More than 256 bytes: the first 256 hold the answer, the rest is never read.
+        LanFaultCase{"FloodIsCutAt256Bytes", {"0x0a", "0x22", "1", "lan-flood"}, 0, {"Download SDR data Successful."}},
+        // A chunk that was written although the reply was lost is sent twice; the BMC
+        // refuses the repeat every time, the download fails and the back-up comes back.
+        LanFaultCase{"LostReplyEndsInARestore", {"0x0a", "0x25", "2", "lan-lost-reply"}, 1,
+                     {"Restore SDR Repository Successful. \n"}}),
+    [](const ::testing::TestParamInfo<LanFaultCase>& i) { return std::string(i.param.pchName); });
+
 TEST(LocalRoutes, AMissingRouteLibraryIsAnInitializationError)
 {
     SimSession sBmc;
