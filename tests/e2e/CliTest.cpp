@@ -119,3 +119,21 @@ TEST(Cli, ExamplesAreWhatTheGeneratorMakes)
 }
 
 }  // namespace
+
+namespace {
+
+TEST(Install, TavrinFindsItsRouteLibrariesWithoutAnySetUp)
+{
+    TempDir sPrefix;
+    RunResult sInstall = RunProgram({"cmake", "--install", BuildDir(), "--prefix", sPrefix.Path()});
+    ASSERT_EQ(0, sInstall.iStatus) << sInstall.sErr;
+    WriteFileText(sPrefix.File("x.sdr"), "x");
+    RunOptions sOptions;
+    sOptions.sWorkDir = sPrefix.Path();
+    sOptions.vEnv = {{"LD_DEBUG", "libs"}, {"LD_LIBRARY_PATH", ""}};
+    RunResult s = RunProgram({sPrefix.File("bin/tavrin"), "-v", "x.sdr"}, sOptions);
+    EXPECT_NE(std::string::npos, s.sErr.find("calling init: " + sPrefix.Path() + "/bin/../lib/tavrin/libsarnic.so"))
+        << s.sErr.substr(0, 2000);
+}
+
+}  // namespace
