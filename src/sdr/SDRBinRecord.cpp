@@ -1,5 +1,6 @@
 // One framed record of a binary SDR file: the record, then its CRC-16, low byte first.
 #include <cstdio>
+#include <cstring>
 
 #include "SDRBinFile.h"
 #include "SDRCrc.h"
@@ -65,9 +66,9 @@ eSDRFileState SDRReadOneBinRecord(const uint8_t* pu8Data, uint32_t u32FileSize, 
         return eSdrBinaryError;
     }
 
+    memcpy(psEntry->au8RecordData, pu8Record, u32Length);
     uint16_t u16Computed = 0;
     for (uint32_t i = 0; i < u32Length; i++) {
-        psEntry->au8RecordData[i] = pu8Record[i];
         u16Computed = GenerateCRC16(u16Computed, pu8Record[i]);
     }
     u32Offset += u32Length;

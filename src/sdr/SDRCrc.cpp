@@ -20,9 +20,3 @@ constexpr std::array<uint16_t, 256> MakeCrcTable()
 }  // namespace
 
 const std::array<uint16_t, 256> u16CRCTable = MakeCrcTable();
-
-uint16_t GenerateCRC16(uint16_t u16Crc, uint8_t u8Byte)
-{
-    uint8_t u8Index = static_cast<uint8_t>((u16Crc >> 8) ^ u8Byte);
-    return static_cast<uint16_t>(u16CRCTable[u8Index] ^ (u16Crc << 8));
-}
