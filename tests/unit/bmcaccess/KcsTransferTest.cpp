@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <string>
 #include <vector>
 
 #include "KcsRequest.h"
-#include "KcsSettings.h"
 #include "KcsTransfer.h"
 #include "SimulatedKcsBmc.h"
 
@@ -15,12 +15,12 @@ const uint64_t kRegisterLimitUs = 1000;
 
 class KcsRequestTest : public ::testing::Test {
 protected:
-    int Request(uint8_t u8NetFnLun, uint8_t u8Command, std::vector<uint8_t> vData = {})
+    int Request(std::vector<uint8_t> vData = {})
     {
         u8CompletionCode = 0xFF;
         u16Length = u16Room;
-        return KcsRequest(sBmc.Registers(), &sLimits, u8NetFnLun, u8Command, vData.data(),
-                          static_cast<uint8_t>(vData.size()), &u8CompletionCode, au8Response, &u16Length);
+        return KcsRequest(sBmc.Registers(), &sLimits, 0x28, 0x23, vData.data(), static_cast<uint8_t>(vData.size()),
+                          &u8CompletionCode, au8Response, &u16Length);
     }
     SimulatedKcsBmc sBmc;
     sKcsTimeLimits sLimits = {kRegisterLimitUs, 1000 * kRegisterLimitUs, 0};
@@ -28,142 +28,97 @@ protected:
     uint8_t au8Response[100] = {};
     uint16_t u16Room = sizeof(au8Response);
     uint16_t u16Length = 0;
+    void SetUp() override { sBmc.vResponse = {0x2C, 0x23, 0x00}; }
 };
 
-TEST_F(KcsRequestTest, WritesMessageAndReadsResponse)
+struct sResponseCase {
+    const char* pchName;
+    std::vector<uint8_t> vMessage;  // as the BMC sends it
+    uint16_t u16Room;
+    int iResult;
+    uint8_t u8CompletionCode;
+    std::vector<uint8_t> vResponse;  // the bytes delivered; not checked when empty after a failure
+};
+
+void PrintTo(const sResponseCase& sCase, std::ostream* pOut)
 {
-    sBmc.vResponse = {0x2C, 0x23, 0x00, 0x10, 0x20, 0x30};
-    ASSERT_EQ(0, Request(0x28, 0x23, {0x01, 0x02, 0x03}));
-    EXPECT_EQ((std::vector<uint8_t>{0x28, 0x23, 0x01, 0x02, 0x03}), sBmc.vReceived);
-    EXPECT_EQ(0x00, u8CompletionCode);
-    ASSERT_EQ(3, u16Length);
-    EXPECT_EQ(0x30, au8Response[2]);
-    EXPECT_EQ(0, sBmc.iProtocolViolations);
-    EXPECT_EQ(0, sBmc.iAborts);
-    EXPECT_TRUE(sBmc.Idle());
+    *pOut << sCase.pchName;
 }
 
-TEST_F(KcsRequestTest, CompletionCodeAloneIsAResponse)
+class KcsResponses : public KcsRequestTest, public ::testing::WithParamInterface<sResponseCase> {};
+
+// Whatever the response, the request goes out whole, the interface ends idle and
+// no byte is written before the BMC took the one before.
+TEST_P(KcsResponses, AreCheckedAndDelivered)
 {
-    sBmc.vResponse = {0x2C, 0x27, 0xC5};
-    ASSERT_EQ(0, Request(0x28, 0x27));
-    EXPECT_EQ(0xC5, u8CompletionCode);
-    EXPECT_EQ(0, u16Length);
+    const sResponseCase& sCase = GetParam();
+    sBmc.vResponse = sCase.vMessage;
+    u16Room = sCase.u16Room;
+    EXPECT_EQ(sCase.iResult, Request({0x01, 0x02, 0x03}));
+    EXPECT_EQ((std::vector<uint8_t>{0x28, 0x23, 0x01, 0x02, 0x03}), sBmc.vReceived);
+    EXPECT_EQ(sCase.u8CompletionCode, u8CompletionCode);
+    if (sCase.iResult == 0 || !sCase.vResponse.empty()) {
+        EXPECT_EQ(sCase.vResponse, std::vector<uint8_t>(au8Response, au8Response + u16Length));
+    }
+    EXPECT_TRUE(sBmc.Idle());
+    EXPECT_EQ(0, sBmc.iAborts);
+    EXPECT_EQ(0, sBmc.iProtocolViolations);
 }
+
+INSTANTIATE_TEST_SUITE_P(
+    KcsTransfer, KcsResponses,
+    ::testing::Values(
+        sResponseCase{"FullTransfer", {0x2C, 0x23, 0x00, 0x10, 0x20, 0x30}, 100, 0, 0x00, {0x10, 0x20, 0x30}},
+        sResponseCase{"CompletionCodeOnly", {0x2C, 0x23, 0xC5}, 100, 0, 0xC5, {}},
+        sResponseCase{"OtherCommand", {0x2C, 0x24, 0x00}, 100, EPROTO, 0xFF, {}},
+        sResponseCase{"RequestNetFn", {0x28, 0x23, 0x00}, 100, EPROTO, 0xFF, {}},
+        sResponseCase{"NoCompletionCode", {0x2C, 0x23}, 100, EPROTO, 0xFF, {}},
+        sResponseCase{"LongerThanRoom", {0x2C, 0x23, 0x00, 1, 2, 3, 4, 5}, 2, EMSGSIZE, 0xFF, {1, 2}},
+        sResponseCase{"BeyondDriverBuffer", std::vector<uint8_t>(KCS_RESPONSE_BUFFER_SIZE + 1, 0x2C), 100, EMSGSIZE,
+                      0xFF, {}}),
+    [](const ::testing::TestParamInfo<sResponseCase>& sInfo) { return std::string(sInfo.param.pchName); });
 
 TEST_F(KcsRequestTest, ErrorStateIsAbortedAndInterfaceRecovers)
 {
     sBmc.iErrorAfterBytes = 2;
-    EXPECT_EQ(EIO, Request(0x28, 0x25, {0x01, 0x02}));
-    EXPECT_EQ(1, sBmc.iAborts);
+    sBmc.iAbortsInWrongState = 1;  // the first error exit fails and is repeated
+    EXPECT_EQ(EIO, Request({0x01, 0x02}));
+    EXPECT_EQ(2, sBmc.iAborts);
     EXPECT_TRUE(sBmc.Idle());
     EXPECT_EQ(0xFF, u8CompletionCode);
 
     sBmc.iErrorAfterBytes = -1;
-    EXPECT_EQ(0, Request(0x28, 0x25, {0x01, 0x02}));
+    EXPECT_EQ(0, Request({0x01, 0x02}));
     EXPECT_EQ(0, sBmc.iProtocolViolations);
-}
 
-TEST_F(KcsRequestTest, ErrorExitIsRetriedAndBounded)
-{
     sBmc.iErrorAfterBytes = 0;
-    sBmc.iAbortsInWrongState = 2;
-    EXPECT_EQ(EIO, Request(0x18, 0x01));
-    EXPECT_EQ(3, sBmc.iAborts);
-    EXPECT_TRUE(sBmc.Idle());
-
-    SimulatedKcsBmc sStubborn;
-    sStubborn.iErrorAfterBytes = 0;
-    sStubborn.iAbortsInWrongState = 100;
-    uint8_t u8Status = 0;
-    const uint8_t au8Message[] = {0x18, 0x01};
-    size_t uLength = 0;
-    EXPECT_EQ(EIO, KcsTransfer(sStubborn.Registers(), &sLimits, au8Message, 2, au8Response, 10, &uLength));
-    EXPECT_EQ(KCS_ERROR_EXIT_ATTEMPTS, sStubborn.iAborts);
-    EXPECT_EQ(EIO, KcsErrorExit(sStubborn.Registers(), &sLimits, &u8Status));
+    sBmc.iAbortsInWrongState = 100;  // the error exit gives up
+    EXPECT_EQ(EIO, Request());
+    EXPECT_EQ(2 + KCS_ERROR_EXIT_ATTEMPTS, sBmc.iAborts);
 }
 
 TEST_F(KcsRequestTest, StuckInputBufferTimesOut)
 {
     sBmc.bStuckIbf = true;
-    sBmc.vResponse = {0x1C, 0x01, 0x00};
-    EXPECT_EQ(ETIMEDOUT, Request(0x18, 0x01));
+    EXPECT_EQ(ETIMEDOUT, Request());
     // The request and the error exit each give up after one register time-out.
     EXPECT_GE(sBmc.u64NowUs, kRegisterLimitUs);
     EXPECT_LE(sBmc.u64NowUs, 2 * kRegisterLimitUs + 100);
 }
 
-struct sSlowCase {
-    uint64_t u64TransferLimitUs;
-    int iResult;
-};
-
-void PrintTo(const sSlowCase& sCase, std::ostream* pOut)
-{
-    *pOut << sCase.u64TransferLimitUs << " us";
-}
-
-class SlowBmc : public KcsRequestTest, public ::testing::WithParamInterface<sSlowCase> {};
-
 // Every byte takes 0.4 register time-outs: no single wait runs out, the whole may.
-TEST_P(SlowBmc, TransferLimitBoundsTheWhole)
+TEST_F(KcsRequestTest, TransferLimitBoundsTheWhole)
 {
     sBmc.u64ByteDelayUs = kRegisterLimitUs * 4 / 10;
-    sLimits.u64TransferTimeOutUs = GetParam().u64TransferLimitUs;
-    EXPECT_EQ(GetParam().iResult, Request(0x28, 0x23, {0x01, 0x02, 0x03, 0x04}));
-}
-
-INSTANTIATE_TEST_SUITE_P(KcsTransfer, SlowBmc,
-                         ::testing::Values(sSlowCase{3 * kRegisterLimitUs, ETIMEDOUT},
-                                           sSlowCase{100 * kRegisterLimitUs, 0}));
-
-TEST_F(KcsRequestTest, WaitsBeforeReadingResponse)
-{
-    sLimits.u64WaitBeforeReadUs = 7000;
-    ASSERT_EQ(0, Request(0x18, 0x01));
-    EXPECT_GE(sBmc.u64FirstReadAtUs - sBmc.u64LastByteAtUs, 7000u);
-}
-
-TEST_F(KcsRequestTest, ResponseMustAnswerTheRequest)
-{
-    sBmc.vResponse = {0x2C, 0x24, 0x00};  // another command
-    EXPECT_EQ(EPROTO, Request(0x28, 0x23));
-    sBmc.vResponse = {0x28, 0x23, 0x00};  // request NetFn
-    EXPECT_EQ(EPROTO, Request(0x28, 0x23));
-    sBmc.vResponse = {0x2C, 0x23};  // no completion code
-    EXPECT_EQ(EPROTO, Request(0x28, 0x23));
-    EXPECT_TRUE(sBmc.Idle());
-}
-
-TEST_F(KcsRequestTest, LongResponseIsCutAndReported)
-{
-    sBmc.vResponse = {0x2C, 0x23, 0x00, 1, 2, 3, 4, 5};
-    u16Room = 2;
-    EXPECT_EQ(EMSGSIZE, Request(0x28, 0x23));
-    EXPECT_EQ(2, u16Length);
-    EXPECT_EQ(2, au8Response[1]);
-    EXPECT_EQ(0xFF, u8CompletionCode);
+    sLimits.u64TransferTimeOutUs = 3 * kRegisterLimitUs;
+    EXPECT_EQ(ETIMEDOUT, Request({0x01, 0x02, 0x03, 0x04}));
     EXPECT_TRUE(sBmc.Idle());
 
-    sBmc.vResponse.assign(KCS_RESPONSE_BUFFER_SIZE + 5, 0x00);  // beyond the driver's own buffer
-    sBmc.vResponse[0] = 0x2C;
-    sBmc.vResponse[1] = 0x23;
-    EXPECT_EQ(EMSGSIZE, Request(0x28, 0x23));
-    EXPECT_TRUE(sBmc.Idle());
-    EXPECT_EQ(0, sBmc.iAborts);
-}
-
-TEST(KcsSettings, SpacingOffsetsAndZeroTimeOuts)
-{
-    EXPECT_EQ(1u, KcsStatusRegisterOffset(ByteBoundary));
-    EXPECT_EQ(2u, KcsStatusRegisterOffset(SixteenBitBoundary));
-    EXPECT_EQ(4u, KcsStatusRegisterOffset(ThirtyTwoBitBoundary));
-    EXPECT_EQ(0u, KcsStatusRegisterOffset(Reserved));
-    sKcsTimeLimits sLimits;
-    KcsDefaultTimeLimits(&sLimits);
-    EXPECT_EQ(EINVAL, KcsSetRegisterTimeOut(&sLimits, 0));
-    EXPECT_EQ(EINVAL, KcsSetTransferTimeOut(&sLimits, 0));
-    EXPECT_EQ(0, KcsSetWaitBeforeRead(&sLimits, 0));
+    sLimits.u64TransferTimeOutUs = 100 * kRegisterLimitUs;
+    sLimits.u64WaitBeforeReadUs = 70 * kRegisterLimitUs;
+    uint64_t u64StartUs = sBmc.u64NowUs;
+    EXPECT_EQ(0, Request({0x01, 0x02, 0x03, 0x04}));
+    EXPECT_GE(sBmc.u64NowUs - u64StartUs, sLimits.u64WaitBeforeReadUs);
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
 // TTalkToBMC against stand-in route libraries. CTest runs each suite with
 // LD_LIBRARY_PATH on one directory of stand-ins (see CMakeLists.txt):
-//   FullLibraries          both libraries with every export
-//   MissingOneExport       RawIPMBRequest / KCSIOSetWaitTimeBeforeReadRsp left out
-//   MissingSeveralExports  RawOpen+RawRequest / InitKCSIO+KCSIORequest+KCSIOSetIOTimeOut left out
-//   NoLibraries            neither library
+//   FullLibraries  both libraries with every export
+//   MissingExport  each library lacks the export looked up last
+//   NoLibraries    neither library
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
@@ -19,51 +18,51 @@ namespace {
 
 const unsigned int kInitPort = 0xCA2;  // differs from the default, to tell them apart
 
-// Holds a stand-in library loaded for the whole test, so that its records outlive
-// the TTalkToBMC that loads and unloads it too.
-class PinnedLibrary {
-public:
-    explicit PinnedLibrary(const char* pchName) : m_hLibrary(dlopen(pchName, RTLD_NOW)) {}
-    ~PinnedLibrary()
-    {
-        if (m_hLibrary != nullptr) {
-            dlclose(m_hLibrary);
-        }
+// The records of a stand-in, cleared; null without the library. The library stays
+// loaded for the rest of the process, so that the records outlive every TTalkToBMC
+// that loads and unloads it.
+sFakeRouteControl* Control(const char* pchLibrary)
+{
+    void* hLibrary = dlopen(pchLibrary, RTLD_NOW);
+    void* pvSymbol = (hLibrary != nullptr) ? dlsym(hLibrary, "FakeRouteControl") : nullptr;
+    if (pvSymbol == nullptr) {
+        return nullptr;
     }
-    sFakeRouteControl* Control()
-    {
-        void* pvSymbol = (m_hLibrary != nullptr) ? dlsym(m_hLibrary, "FakeRouteControl") : nullptr;
-        if (pvSymbol == nullptr) {
-            return nullptr;
-        }
-        sFakeRouteControl* psControl = reinterpret_cast<TFakeRouteControl>(pvSymbol)();
-        memset(psControl, 0, sizeof(*psControl));
-        return psControl;
-    }
+    sFakeRouteControl* psControl = reinterpret_cast<TFakeRouteControl>(pvSymbol)();
+    *psControl = sFakeRouteControl{};
+    return psControl;
+}
 
-private:
-    void* m_hLibrary;
-};
-
-// A KCS route object whose intf.ini lives in a scratch directory (absent unless written).
-struct sKcsRoute {
+// Both routes; the KCS one reads intf.ini from sDir, where it is absent unless written.
+struct sRoutes {
     TempDir sDir;
-    TTalkToBMC sTalk{INTERFACE_KCS_IO};
-    sKcsRoute() { sTalk.SaveIniFilePath(sDir.File("intf.ini").c_str()); }
-    bool Init() { return sTalk.Init(nullptr, kInitPort, SixteenBitBoundary); }
+    TTalkToBMC sRaw{INTERFACE_OS_DRIVER};
+    TTalkToBMC sKcs{INTERFACE_KCS_IO};
+    bool InitRaw() { return sRaw.Init(nullptr, 0, ByteBoundary); }
+    bool InitKcs()
+    {
+        sKcs.SaveIniFilePath(sDir.File("intf.ini").c_str());
+        return sKcs.Init(nullptr, kInitPort, SixteenBitBoundary);
+    }
 };
+
+void ExpectClosed(TTalkToBMC* psTalk)
+{
+    uint8_t au8Data[4] = {};
+    uint16_t u16Length = sizeof(au8Data);
+    EXPECT_FALSE(psTalk->IsConnectToBMCOK());
+    EXPECT_EQ(4, psTalk->RequestBMC(0x06, 0x01, 0, au8Data, 0, au8Data, &u16Length));
+    EXPECT_EQ(0xFF, psTalk->CompletionCode());
+    EXPECT_FALSE(psTalk->SetRegisterTimeOut(5));
+}
 
 class FullLibraries : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        psRaw = sRawLibrary.Control();
-        psKcs = sKcsLibrary.Control();
-        ASSERT_NE(nullptr, psRaw);
-        ASSERT_NE(nullptr, psKcs);
+        ASSERT_NE(nullptr, psRaw = Control("libsarnic.so"));
+        ASSERT_NE(nullptr, psKcs = Control("libbrevok.so"));
     }
-    PinnedLibrary sRawLibrary{"libsarnic.so"};
-    PinnedLibrary sKcsLibrary{"libbrevok.so"};
     sFakeRouteControl* psRaw = nullptr;
     sFakeRouteControl* psKcs = nullptr;
     uint8_t au8Request[3] = {0x11, 0x22, 0x33};
@@ -71,185 +70,166 @@ protected:
     uint16_t u16Length = sizeof(au8Response);
 };
 
-TEST_F(FullLibraries, RawRouteHandsRequestThroughAndBack)
+TEST_F(FullLibraries, RawRouteHandsRequestsThroughAndMapsFailures)
 {
     psRaw->u8CompletionCode = 0xC1;
     psRaw->u16ResponseLength = 2;
     psRaw->au8Response[0] = 0x51;
-    psRaw->au8Response[1] = 0x02;
-    TTalkToBMC sTalk(INTERFACE_OS_DRIVER);
-    ASSERT_TRUE(sTalk.Init(nullptr, 0, ByteBoundary));
-    EXPECT_TRUE(sTalk.IsConnectToBMCOK());
-
+    sRoutes sRoutes;
+    ASSERT_TRUE(sRoutes.InitRaw());
+    TTalkToBMC& sTalk = sRoutes.sRaw;
     EXPECT_EQ(0, sTalk.RequestBMC(0x0A, 0x23, 1, au8Request, 3, au8Response, &u16Length));
     EXPECT_EQ(0x29, psRaw->u8NetFnLun);
     EXPECT_EQ(0x23, psRaw->u8Command);
     EXPECT_EQ(3, psRaw->u8RequestLength);
-    EXPECT_EQ(0, memcmp(au8Request, psRaw->au8Request, 3));
-    EXPECT_EQ(100, psRaw->u16ResponseRoom);
     EXPECT_EQ(0xC1, sTalk.CompletionCode());
     EXPECT_EQ(2, u16Length);
     EXPECT_EQ(0x51, au8Response[0]);
 
-    u16Length = sizeof(au8Response);
     EXPECT_EQ(0, sTalk.RequestIPMB(0x20, 0x06, 0x01, 0, au8Request, 0, au8Response, &u16Length));
     EXPECT_EQ(0x20, psRaw->u8TargetAddress);
     EXPECT_EQ(0x18, psRaw->u8NetFnLun);
-}
 
-TEST_F(FullLibraries, FailedLibraryCallGivesSevenAndOsText)
-{
     psRaw->iResult = EIO;
-    TTalkToBMC sTalk(INTERFACE_OS_DRIVER);
-    ASSERT_TRUE(sTalk.Init(nullptr, 0, ByteBoundary));
     EXPECT_EQ(7, sTalk.RequestBMC(0x0A, 0x20, 0, au8Request, 0, au8Response, &u16Length));
     EXPECT_STREQ(strerror(EIO), sTalk.ErrorMessage(7));
     EXPECT_EQ(0xFF, sTalk.CompletionCode());
 }
 
-TEST_F(FullLibraries, RefusedOpenLeavesObjectClosed)
-{
-    psRaw->bRefuseOpen = 1;
-    TTalkToBMC sTalk(INTERFACE_OS_DRIVER);
-    EXPECT_FALSE(sTalk.Init(nullptr, 0, ByteBoundary));
-    EXPECT_FALSE(sTalk.IsConnectToBMCOK());
-    EXPECT_EQ(4, sTalk.RequestBMC(0x0A, 0x20, 0, au8Request, 0, au8Response, &u16Length));
-    EXPECT_EQ(0xFF, sTalk.CompletionCode());
-}
-
-TEST_F(FullLibraries, SecondInitFailsAndDestructorCloses)
+TEST_F(FullLibraries, OneOpenPerObjectClosedByItsDestructor)
 {
     {
-        TTalkToBMC sTalk(INTERFACE_OS_DRIVER);
-        ASSERT_TRUE(sTalk.Init(nullptr, 0, ByteBoundary));
-        EXPECT_FALSE(sTalk.Init(nullptr, 0, ByteBoundary));
-        EXPECT_EQ(1, psRaw->iOpenCalls);
-        EXPECT_TRUE(sTalk.IsConnectToBMCOK());
+        sRoutes sRoutes;
+        ASSERT_TRUE(sRoutes.InitRaw());
+        ASSERT_TRUE(sRoutes.InitKcs());
+        EXPECT_FALSE(sRoutes.InitRaw());
+        EXPECT_FALSE(sRoutes.InitKcs());
+        EXPECT_TRUE(sRoutes.sRaw.IsConnectToBMCOK());
+        EXPECT_TRUE(sRoutes.sKcs.IsConnectToBMCOK());
+        EXPECT_EQ(nullptr, psRaw->hClosed);
     }
-    EXPECT_EQ(1, psRaw->iCloseCalls);
-    EXPECT_NE(nullptr, psRaw->hClosed);
-    {
-        sKcsRoute sRoute;
-        ASSERT_TRUE(sRoute.Init());
-        EXPECT_FALSE(sRoute.Init());
-        EXPECT_EQ(1, psKcs->iOpenCalls);
-    }
-    EXPECT_EQ(1, psKcs->iCloseCalls);
+    EXPECT_EQ(1, psRaw->iOpenCalls);
+    EXPECT_EQ(1, psKcs->iOpenCalls);
+    EXPECT_EQ(psRaw, psRaw->hClosed);  // a stand-in's handle is its record
+    EXPECT_EQ(psKcs, psKcs->hClosed);
 }
 
-struct sKcsIniCase {
+TEST_F(FullLibraries, RefusedOpenLeavesObjectsClosed)
+{
+    psRaw->bRefuseOpen = true;
+    psKcs->bRefuseOpen = true;
+    sRoutes sRoutes;
+    EXPECT_FALSE(sRoutes.InitRaw());
+    EXPECT_FALSE(sRoutes.InitKcs());
+    ExpectClosed(&sRoutes.sRaw);
+    ExpectClosed(&sRoutes.sKcs);
+}
+
+TEST_F(FullLibraries, KcsRouteRequestAndSetters)
+{
+    sRoutes sRoutes;
+    ASSERT_TRUE(sRoutes.InitKcs());
+    TTalkToBMC& sTalk = sRoutes.sKcs;
+    EXPECT_EQ(0, sTalk.RequestBMC(0x0A, 0x22, 0, au8Request, 0, au8Response, &u16Length));
+    EXPECT_EQ(0x28, psKcs->u8NetFnLun);
+    EXPECT_TRUE(sTalk.SetRegisterTimeOut(1));
+    EXPECT_STREQ("KCSIOSetIOTimeOut", psKcs->pchSetter);
+    EXPECT_TRUE(sTalk.SetMessageTransferTimeOut(2));
+    EXPECT_STREQ("KCSIOSetMessageTransferTimeOut", psKcs->pchSetter);
+    EXPECT_TRUE(sTalk.SetWaitTimeBeforeReadRsp(3));
+    EXPECT_STREQ("KCSIOSetWaitTimeBeforeReadRsp", psKcs->pchSetter);
+    EXPECT_EQ(3, psKcs->u8SetterValue);
+    psKcs->iResult = EINVAL;
+    EXPECT_FALSE(sTalk.SetMessageTransferTimeOut(2));
+}
+
+struct sIniCase {
     const char* pchName;
     const char* pchContent;  // null: no intf.ini
     bool bOpened;
-    unsigned int uPort;
+    unsigned int uPort;  // as InitKCSIO gets them
     int iSpacing;
     long lFirmwareInfo;
 };
 
-void PrintTo(const sKcsIniCase& sCase, std::ostream* pOut)
+void PrintTo(const sIniCase& sCase, std::ostream* pOut)
 {
     *pOut << sCase.pchName;
 }
 
-class KcsRouteIni : public FullLibraries, public ::testing::WithParamInterface<sKcsIniCase> {};
+class KcsRouteIni : public FullLibraries, public ::testing::WithParamInterface<sIniCase> {};
 
 TEST_P(KcsRouteIni, OpensWithPortAndSpacing)
 {
-    const sKcsIniCase& sCase = GetParam();
-    sKcsRoute sRoute;
+    const sIniCase& sCase = GetParam();
+    sRoutes sRoutes;
     if (sCase.pchContent != nullptr) {
-        WriteFileText(sRoute.sDir.File("intf.ini"), sCase.pchContent);
+        WriteFileText(sRoutes.sDir.File("intf.ini"), sCase.pchContent);
     }
-    EXPECT_EQ(sCase.bOpened, sRoute.Init());
-    EXPECT_EQ(sCase.bOpened, sRoute.sTalk.IsConnectToBMCOK());
+    EXPECT_EQ(sCase.bOpened, sRoutes.InitKcs());
     EXPECT_EQ(sCase.bOpened ? 1 : 0, psKcs->iOpenCalls);
     if (sCase.bOpened) {
         EXPECT_EQ(sCase.uPort, psKcs->uPortAddress);
         EXPECT_EQ(sCase.iSpacing, psKcs->iSpacing);
-        EXPECT_EQ(sCase.lFirmwareInfo, sRoute.sTalk.GetAddressToFirmwareInfo());
+        EXPECT_EQ(sCase.lFirmwareInfo, sRoutes.sKcs.GetAddressToFirmwareInfo());
     }
 }
+
+// The first line fills the 64-byte line buffer, so its rest is read as the port.
+const std::string kSpillingLine = "KCS" + std::string(60, ' ') + "CA4\nReserved\n";
 
 INSTANTIATE_TEST_SUITE_P(
     FullLibraries, KcsRouteIni,
-    ::testing::Values(sKcsIniCase{"NoFile", nullptr, true, kInitPort, SixteenBitBoundary, 0},
-                      sKcsIniCase{"EmptyFile", "", true, 0xCA8, ThirtyTwoBitBoundary, 0x3000},
-                      sKcsIniCase{"ReservedHandedOn", "kcs\nCA4\nreserved\n4000\n", true, 0xCA4, Reserved, 0x4000},
-                      sKcsIniCase{"InvalidPort", "KCS\nFFFF\n", false, 0, 0, 0},
-                      sKcsIniCase{"InvalidInterface", "IPMB\n", false, 0, 0, 0}),
-    [](const ::testing::TestParamInfo<sKcsIniCase>& sInfo) { return std::string(sInfo.param.pchName); });
+    ::testing::Values(sIniCase{"NoFile", nullptr, true, kInitPort, SixteenBitBoundary, 0},
+                      sIniCase{"EmptyFile", "", true, 0xCA8, ThirtyTwoBitBoundary, 0x3000},
+                      sIniCase{"OnlyKcs", "KCS\n", true, 0xCA8, ThirtyTwoBitBoundary, 0x3000},
+                      sIniCase{"AllFourLines", "KCS\nCA4\nReserved\n4000\n", true, 0xCA4, Reserved, 0x4000},
+                      sIniCase{"AnyCaseCrLf", "kcs\r\nca6\r\nbyteBOUNDARY\r\n", true, 0xCA6, ByteBoundary, 0x3000},
+                      sIniCase{"UnderscoreEndsToken", "KCS_SMIC\n", true, 0xCA8, ThirtyTwoBitBoundary, 0x3000},
+                      sIniCase{"LowestPort", "KCS\n10\n", true, 0x10, ThirtyTwoBitBoundary, 0x3000},
+                      sIniCase{"HighestPort", "KCS\nFFFE\n", true, 0xFFFE, ThirtyTwoBitBoundary, 0x3000},
+                      sIniCase{"LongLineSpills", kSpillingLine.c_str(), true, 0xCA4, Reserved, 0x3000},
+                      sIniCase{"PortTooLow", "KCS\n0F\n", false, 0, 0, 0},
+                      sIniCase{"PortTooHigh", "KCS\nFFFF\n", false, 0, 0, 0},
+                      sIniCase{"PortLetters", "KCS\nxyz\n", false, 0, 0, 0},
+                      sIniCase{"NullInterface", "NULL\n", false, 0, 0, 0},
+                      sIniCase{"EmptySpacingLine", "KCS\nCA2\n\n", false, 0, 0, 0}),
+    [](const ::testing::TestParamInfo<sIniCase>& sInfo) { return std::string(sInfo.param.pchName); });
 
-TEST_F(FullLibraries, KcsRouteRequestsAndSetters)
-{
-    psKcs->u16ResponseLength = 1;
-    sKcsRoute sRoute;
-    ASSERT_TRUE(sRoute.Init());
-    EXPECT_EQ(0, sRoute.sTalk.RequestBMC(0x0A, 0x22, 0, au8Request, 0, au8Response, &u16Length));
-    EXPECT_EQ(0x28, psKcs->u8NetFnLun);
-    EXPECT_EQ(2, sRoute.sTalk.RequestIPMB(0x20, 0x0A, 0x22, 0, au8Request, 0, au8Response, &u16Length));
-
-    EXPECT_TRUE(sRoute.sTalk.SetRegisterTimeOut(7));
-    EXPECT_STREQ("KCSIOSetIOTimeOut", psKcs->pchSetter);
-    EXPECT_EQ(7, psKcs->u8SetterValue);
-    EXPECT_TRUE(sRoute.sTalk.SetMessageTransferTimeOut(8));
-    EXPECT_STREQ("KCSIOSetMessageTransferTimeOut", psKcs->pchSetter);
-    EXPECT_TRUE(sRoute.sTalk.SetWaitTimeBeforeReadRsp(9));
-    EXPECT_STREQ("KCSIOSetWaitTimeBeforeReadRsp", psKcs->pchSetter);
-    psKcs->iResult = EINVAL;
-    EXPECT_FALSE(sRoute.sTalk.SetRegisterTimeOut(0));
-    EXPECT_FALSE(sRoute.sTalk.SetMessageTransferTimeOut(0));
-    EXPECT_FALSE(sRoute.sTalk.SetWaitTimeBeforeReadRsp(0));
-
-    TTalkToBMC sRaw(INTERFACE_OS_DRIVER);
-    ASSERT_TRUE(sRaw.Init(nullptr, 0, ByteBoundary));
-    EXPECT_FALSE(sRaw.SetRegisterTimeOut(7));
-}
-
-TEST_F(FullLibraries, RefusedInitKCSIOLeavesObjectClosed)
-{
-    psKcs->bRefuseOpen = 1;
-    sKcsRoute sRoute;
-    EXPECT_FALSE(sRoute.Init());
-    EXPECT_FALSE(sRoute.sTalk.IsConnectToBMCOK());
-}
-
-// Init must fail without calling into a library that lacks exports.
+// Init must fail without calling into a library that is absent or lacks an export.
 void ExpectNoRouteOpens(bool bLibrariesPresent)
 {
-    PinnedLibrary sRawLibrary("libsarnic.so");
-    PinnedLibrary sKcsLibrary("libbrevok.so");
-    sFakeRouteControl* psRaw = sRawLibrary.Control();
-    sFakeRouteControl* psKcs = sKcsLibrary.Control();
-
-    TTalkToBMC sRaw(INTERFACE_OS_DRIVER);
-    EXPECT_FALSE(sRaw.Init(nullptr, 0, ByteBoundary));
-    EXPECT_FALSE(sRaw.IsConnectToBMCOK());
-    sKcsRoute sRoute;
-    EXPECT_FALSE(sRoute.Init());
-    EXPECT_FALSE(sRoute.sTalk.IsConnectToBMCOK());
-    if (bLibrariesPresent) {
-        ASSERT_NE(nullptr, psRaw);
-        ASSERT_NE(nullptr, psKcs);
-        EXPECT_EQ(0, psRaw->iOpenCalls);
-        EXPECT_EQ(0, psKcs->iOpenCalls);
-    }
+    sFakeRouteControl* psRaw = Control("libsarnic.so");
+    sFakeRouteControl* psKcs = Control("libbrevok.so");
+    ASSERT_EQ(bLibrariesPresent, psRaw != nullptr && psKcs != nullptr);
+    sRoutes sRoutes;
+    EXPECT_FALSE(sRoutes.InitRaw());
+    EXPECT_FALSE(sRoutes.InitKcs());
+    ExpectClosed(&sRoutes.sRaw);
+    ExpectClosed(&sRoutes.sKcs);
+    EXPECT_TRUE(!bLibrariesPresent || (psRaw->iOpenCalls == 0 && psKcs->iOpenCalls == 0));
 }
 
-TEST(MissingOneExport, InitFails)
-{
-    ExpectNoRouteOpens(true);
-}
-
-TEST(MissingSeveralExports, InitFails)
+TEST(MissingExport, InitFails)
 {
     ExpectNoRouteOpens(true);
 }
 
 TEST(NoLibraries, InitFails)
 {
-    EXPECT_EQ(nullptr, OpenDllFile("libsarnic.so"));
-    EXPECT_EQ(nullptr, OpenDllFile("libbrevok.so"));
     ExpectNoRouteOpens(false);
+}
+
+TEST(NoLibraries, ObjectBeforeInit)
+{
+    TTalkToBMC sTalk(INTERFACE_OS_DRIVER);
+    ExpectClosed(&sTalk);
+    EXPECT_STREQ("Invalid raw handle!", sTalk.ErrorMessage(4));
+    uint8_t au8Data[1] = {};
+    EXPECT_EQ(3, sTalk.RequestBMC(0x06, 0x01, 0, au8Data, 0, au8Data, nullptr));
+    EXPECT_FALSE(sTalk.SaveIniFilePath(nullptr));
+    EXPECT_TRUE(sTalk.SaveIniFilePath(std::string(255, 'a').c_str()));
+    EXPECT_FALSE(sTalk.SaveIniFilePath(std::string(256, 'a').c_str()));
 }
 
 }  // namespace
