@@ -54,6 +54,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         GoldenCase{{}, 4, "", "<ERROR> No command option specified. \n" + kUseHelp},
         GoldenCase{{"-x"}, 4, "", "<ERROR> Unrecognized command option. \n" + kUseHelp},
+        GoldenCase{{"-t", "a", "-t", "b"}, 4, "", "<ERROR> Duplicate command option. \n" + kUseHelp},
         GoldenCase{{"sample-v0.sdr", "-t"}, 4, "", "<ERROR> Incorrect command format. \n" + kUseHelp},
         GoldenCase{{"-debugmsg", "-h"}, 4, "", "<ERROR> Incompatible options are specified. \n" + kUseHelp},
         GoldenCase{{"-t", "a", "-H", "1.2.3.4"}, 4, "", "<ERROR> Invalid LAN+ interface options. \n" + kUseHelp},

@@ -161,27 +161,4 @@ TEST(DispatcherRegistry, RefusesNullNamesHandlersAndAFullTable)
     EXPECT_EQ(eRcRegisterFailed, sDispatcher.FunctionRegistry("d", 0, 0, Handle_d));
 }
 
-TEST_F(DispatcherTest, ShowsTheTextOfEachCode)
-{
-    const std::vector<std::pair<std::vector<std::string>, std::string>> vCases = {
-        {{}, "<ERROR> No command option specified. \n"},
-        {{"-debugmsg", "-h"}, "<ERROR> Incompatible options are specified. \n"},
-        {{"-x"}, "<ERROR> Unrecognized command option. \n"},
-        {{"-d", "a", "-H", "h"}, "<ERROR> Invalid LAN+ interface options. \n"},
-        {{"-debugmsg"}, "<ERROR> No operational command specified. (-d/-u/-v/-t/-h/-version/-updateFRU) \n"},
-    };
-    for (const auto& c : vCases) {
-        TCommandLineExecution sDispatcher(15);
-        for (const sOption& s : kOptions) sDispatcher.FunctionRegistry(s.pchName, s.u8Max, s.u8Min, s.pfnHandler);
-        std::vector<std::string> vStorage = c.first;
-        vStorage.insert(vStorage.begin(), "tavrin");
-        std::vector<char*> vArgv;
-        for (auto& s : vStorage) vArgv.push_back(&s[0]);
-        sDispatcher.ParseCommandOptions(static_cast<int16_t>(vArgv.size()), vArgv.data());
-        testing::internal::CaptureStderr();
-        sDispatcher.ShowOptionReturnCodeString(stderr);
-        EXPECT_EQ(c.second + "Invalid operations. \n", testing::internal::GetCapturedStderr());
-    }
-}
-
 }  // namespace
