@@ -125,6 +125,11 @@ namespace {
 
 TEST(Install, TavrinFindsItsRouteLibrariesWithoutAnySetUp)
 {
+#if defined(TAVRIN_SANITIZED_BUILD)
+    // AddressSanitizer intercepts dlopen, so the search runs with the sanitizer runtime's
+    // own run path instead of tavrin's: only a plain build shows the installed lookup.
+    GTEST_SKIP() << "the sanitizer runtime changes dlopen's search path";
+#endif
     TempDir sPrefix;
     RunResult sInstall = RunProgram({"cmake", "--install", BuildDir(), "--prefix", sPrefix.Path()});
     ASSERT_EQ(0, sInstall.iStatus) << sInstall.sErr;
