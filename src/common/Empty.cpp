@@ -1,1 +1,0 @@
-// Keeps a subsystem library that has no sources yet linkable.
