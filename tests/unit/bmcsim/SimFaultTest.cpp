@@ -12,7 +12,7 @@ TEST(SimFaultTest, FaultsHitTheirExchangeOnTheRoutesThatCanShowThem)
     sBmcSimState sState;
     SimInitState(&sState);
     sState.sLan.u32CipherMask = 1u << 3;
-    sState.vsFaults = {{eSimFaultCompletionCode, BMCSIM_ANY, SIM_CMD_GET_SDR_REPOSITORY_INFO, 2, true, 0xC0, 0},
+    sState.vsFaults = {{eSimFaultCompletionCode, BMCSIM_ANY, IPMI_CMD_GET_SDR_REPOSITORY_INFO, 2, true, 0xC0, 0},
                        {eSimFaultLanNoStart, BMCSIM_ANY, BMCSIM_ANY, 1, false, 0, 0}};
     // The fault, and the completion code or -1 for no answer.
     auto Exchange = [&](eSimRoute eRoute, uint8_t u8Command, const char* pchPassword = "admin", int iCipher = 3) {
@@ -22,7 +22,7 @@ TEST(SimFaultTest, FaultsHitTheirExchangeOnTheRoutesThatCanShowThem)
         SimExchange(&sState, eRoute, sRequest, eRoute == eSimRouteLan ? &sLogin : nullptr, &sResult);
         return std::make_pair(sResult.eFault, sResult.bAnswered ? sResult.sResponse.u8CompletionCode : -1);
     };
-    const uint8_t kInfo = SIM_CMD_GET_SDR_REPOSITORY_INFO, kReserve = SIM_CMD_RESERVE_SDR_REPOSITORY;
+    const uint8_t kInfo = IPMI_CMD_GET_SDR_REPOSITORY_INFO, kReserve = IPMI_CMD_RESERVE_SDR_REPOSITORY;
     EXPECT_EQ(Exchange(eSimRouteDriver, kInfo), std::make_pair(eSimFaultNone, 0));  // not counted by LAN faults
     EXPECT_EQ(Exchange(eSimRouteKcs, kInfo), std::make_pair(eSimFaultCompletionCode, 0xC0));
     EXPECT_EQ(Exchange(eSimRouteIpmb, kInfo), std::make_pair(eSimFaultCompletionCode, 0xC0));  // and from then on

@@ -13,8 +13,8 @@ TEST(SimFruTest, ReadsAreShortAtTheEndAndWritesStayInsideTheArea)
     TBytes vu8Area(0x51);
     for (size_t i = 0; i < vu8Area.size(); i++) vu8Area[i] = static_cast<uint8_t>(i);
     SimPutFru(&sState, 3, vu8Area);
-    const uint8_t kInfo = SIM_CMD_GET_FRU_INVENTORY_AREA_INFO, kRead = SIM_CMD_READ_FRU_DATA,
-                  kWrite = SIM_CMD_WRITE_FRU_DATA, kC9 = SIM_CC_PARAMETER_OUT_OF_RANGE;
+    const uint8_t kInfo = IPMI_CMD_GET_FRU_INVENTORY_AREA_INFO, kRead = IPMI_CMD_READ_FRU_DATA,
+                  kWrite = IPMI_CMD_WRITE_FRU_DATA, kC9 = SIM_CC_PARAMETER_OUT_OF_RANGE;
     RunSteps(&sState, {  // FRU ID, offset (low byte first), count or data
         {kInfo, {3}, 0, {0x51, 0x00, 0x00}},
         {kInfo, {4}, SIM_CC_NOT_PRESENT, {}},

@@ -7,8 +7,8 @@
 namespace {
 
 const uint8_t k80 = SIM_CC_PARTIAL_ADD_LENGTH_MISMATCH, kC5 = SIM_CC_INVALID_RESERVATION,
-              kCC = SIM_CC_INVALID_DATA_FIELD, kGet = SIM_CMD_GET_SDR, kAdd = SIM_CMD_PARTIAL_ADD_SDR,
-              kClear = SIM_CMD_CLEAR_SDR_REPOSITORY;
+              kCC = SIM_CC_INVALID_DATA_FIELD, kGet = IPMI_CMD_GET_SDR, kAdd = IPMI_CMD_PARTIAL_ADD_SDR,
+              kClear = IPMI_CMD_CLEAR_SDR_REPOSITORY;
 
 // Clear SDR Repository: the reservation, "CLR", the action.
 TBytes ClearRequest(uint16_t u16Reservation, uint8_t u8Action)
@@ -27,10 +27,10 @@ TEST(SimSdrTest, ReservationsReadsAndEraseAnswerAsABmcDoes)
     TBytes vu8Record = MakeRecord(0x01, 32);
     const uint16_t u16Old = 1, u16Res = 2;
     RunSteps(&sState, {
-        {SIM_CMD_RESERVE_SDR_REPOSITORY, {}, 0, {1, 0}},
+        {IPMI_CMD_RESERVE_SDR_REPOSITORY, {}, 0, {1, 0}},
         {kAdd, Piece(u16Old, 0, vu8Record, 0, 16, 0), 0, {10, 0}},  // ID 10: the next after the last
         // A new reservation cancels the old one and its partial add.
-        {SIM_CMD_RESERVE_SDR_REPOSITORY, {}, 0, {2, 0}},
+        {IPMI_CMD_RESERVE_SDR_REPOSITORY, {}, 0, {2, 0}},
         {kGet, Request(u16Old, 1, {0, 5}), kC5, {}},
         {kAdd, Piece(u16Old, 10, vu8Record, 16, 16, 1), kC5, {}},
         {kClear, ClearRequest(u16Old, 0xAA), kC5, {}},
@@ -100,13 +100,13 @@ TEST(SimPartialAddTest, SequencesPiecesOrRefusesThem)
         sBmcSimState sState;
         SimInitState(&sState);
         sState.sRepository.u32Capacity = sCase.u32Capacity;
-        std::vector<sStep> vsSteps = {{SIM_CMD_RESERVE_SDR_REPOSITORY, {}, 0, {1, 0}}};
+        std::vector<sStep> vsSteps = {{IPMI_CMD_RESERVE_SDR_REPOSITORY, {}, 0, {1, 0}}};
         vsSteps.insert(vsSteps.end(), sCase.vsPieces.begin(), sCase.vsPieces.end());
         vsSteps.push_back({kGet, Request(0, 0, {0, 0xFF}), sCase.bStored ? SIM_CC_OK : SIM_CC_NOT_PRESENT,
                            sCase.bStored ? vu8Stored : TBytes()});
         RunSteps(&sState, vsSteps);
         bool bOverflow = sCase.vsPieces.back().u8Code == SIM_CC_OUT_OF_SPACE;  // reported in the repository info
-        EXPECT_EQ(Storage(&sState, SIM_CMD_GET_SDR_REPOSITORY_INFO).vu8Data.at(13) & 0x80, bOverflow ? 0x80 : 0);
+        EXPECT_EQ(Storage(&sState, IPMI_CMD_GET_SDR_REPOSITORY_INFO).vu8Data.at(13) & 0x80, bOverflow ? 0x80 : 0);
     }
 }
 

@@ -20,8 +20,8 @@ void FillState(sBmcSimState* psState)
     psState->sRepository.i32CountOffset = -3;
     psState->sInitAgent.vu8Sequence = {0, 0, 2};
     Append(psState, 7, MakeRecord(0x12, 5));
-    Storage(psState, SIM_CMD_RESERVE_SDR_REPOSITORY);
-    Storage(psState, SIM_CMD_PARTIAL_ADD_SDR, Piece(1, 0, MakeRecord(0x02, 30), 0, 16, 0));
+    Storage(psState, IPMI_CMD_RESERVE_SDR_REPOSITORY);
+    Storage(psState, IPMI_CMD_PARTIAL_ADD_SDR, Piece(1, 0, MakeRecord(0x02, 30), 0, 16, 0));
     SimPutFru(psState, 0, TBytes(300, 0x5A));
     psState->vsFaults.push_back(sSimFault{eSimFaultLanFlood, BMCSIM_ANY, 0x23, 4, true, 0, 1});
 }
@@ -41,7 +41,7 @@ TEST(SimStateFileTest, ASavedStateLoadsAsItWasAndDamagedTextIsRefused)
     EXPECT_STREQ(sLoaded.sLan.achUser, "operator one");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(sDir.Path()), {}), 1);  // no temporary left
     // The partial add goes on where the saved BMC stopped.
-    EXPECT_EQ(Storage(&sLoaded, SIM_CMD_PARTIAL_ADD_SDR,
+    EXPECT_EQ(Storage(&sLoaded, IPMI_CMD_PARTIAL_ADD_SDR,
                       Piece(1, 8, MakeRecord(0x02, 30), 16, 14, 1)).u8Code, 0);
     // Damaged text is refused: cut short, another version, a record whose length is not as
     // in its header, odd hex.

@@ -1,26 +1,15 @@
-// The IPMI 2.0 numbers the simulated BMC answers to: network functions, command codes
-// and completion codes.
+// The IPMI 2.0 numbers the simulated BMC answers to: network functions and completion
+// codes; the command codes are the command channel's own.
 #ifndef TAVRIN_BMCSIM_SIMIPMICODES_H
 #define TAVRIN_BMCSIM_SIMIPMICODES_H
 
 #include <cstdint>
 
+#include "channel/CommandChannel.h"
+
 enum : uint8_t {
     SIM_NETFN_APP = 0x06,
     SIM_NETFN_STORAGE = 0x0A,
-};
-
-enum : uint8_t {
-    SIM_CMD_GET_DEVICE_ID = 0x01,                  // App
-    SIM_CMD_GET_FRU_INVENTORY_AREA_INFO = 0x10,    // Storage
-    SIM_CMD_READ_FRU_DATA = 0x11,
-    SIM_CMD_WRITE_FRU_DATA = 0x12,
-    SIM_CMD_GET_SDR_REPOSITORY_INFO = 0x20,
-    SIM_CMD_RESERVE_SDR_REPOSITORY = 0x22,
-    SIM_CMD_GET_SDR = 0x23,
-    SIM_CMD_PARTIAL_ADD_SDR = 0x25,
-    SIM_CMD_CLEAR_SDR_REPOSITORY = 0x27,
-    SIM_CMD_RUN_INITIALIZATION_AGENT = 0x2C,
 };
 
 // Completion codes (IPMI 2.0, table 5-2, and the command-specific 80h of Partial Add SDR).
