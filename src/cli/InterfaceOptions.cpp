@@ -27,16 +27,26 @@ eReturnCodeTag RefuseValue(const char* pchRefusal)
     return eRcHandlerFailed;
 }
 
+// The first step of the LAN handlers: a null argument list fails silently, a missing
+// value with the handler's own message.
+bool HasValue(uint16_t u16ArgCount, char** ppchArgs, const char* pchMissing)
+{
+    if (ppchArgs == nullptr) {
+        return false;
+    }
+    if (u16ArgCount == 0) {
+        fputs(pchMissing, stderr);
+        return false;
+    }
+    return true;
+}
+
 // The steps that -H, -U and -P share: a value shorter than its field is stored.
 eReturnCodeTag SaveTextValue(uint16_t u16ArgCount, char** ppchArgs, char* pchField, size_t uFieldSize,
                              const char* pchMissing, const char* pchRefusal, const char* pchConfirm,
                              int (*pfnValid)(const char*), const char* pchInvalid)
 {
-    if (ppchArgs == nullptr) {
-        return eRcHandlerFailed;
-    }
-    if (u16ArgCount == 0) {
-        fputs(pchMissing, stderr);
+    if (!HasValue(u16ArgCount, ppchArgs, pchMissing)) {
         return eRcHandlerFailed;
     }
     const char* pchValue = ppchArgs[0];
@@ -113,11 +123,7 @@ eReturnCodeTag SetMessagingInterface(uint16_t u16ArgCount, char** ppchArgs)
 
 eReturnCodeTag SaveLanIF(uint16_t u16ArgCount, char** ppchArgs)
 {
-    if (ppchArgs == nullptr) {
-        return eRcHandlerFailed;
-    }
-    if (u16ArgCount == 0) {
-        fputs("<ERROR> Please specify the LAN+ interface! \n \n", stderr);
+    if (!HasValue(u16ArgCount, ppchArgs, "<ERROR> Please specify the LAN+ interface! \n \n")) {
         return eRcHandlerFailed;
     }
     const char* pchValue = ppchArgs[0];
@@ -162,11 +168,7 @@ eReturnCodeTag SavePassWord(uint16_t u16ArgCount, char** ppchArgs)
 
 eReturnCodeTag SaveCipherValue(uint16_t u16ArgCount, char** ppchArgs)
 {
-    if (ppchArgs == nullptr) {
-        return eRcHandlerFailed;
-    }
-    if (u16ArgCount == 0) {
-        fputs("<ERROR> Please specify the cipher suite ID! \n \n", stderr);
+    if (!HasValue(u16ArgCount, ppchArgs, "<ERROR> Please specify the cipher suite ID! \n \n")) {
         return eRcHandlerFailed;
     }
     if (!IsValidCipherSuite(ppchArgs[0])) {
