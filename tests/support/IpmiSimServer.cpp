@@ -1,6 +1,7 @@
 #include "IpmiSimServer.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -147,6 +148,7 @@ bool IpmiSimServer::Start(const std::vector<std::vector<uint8_t>>& vMainSDRRecor
         m_sFailure = "no temporary directory for the ipmi_sim configuration";
         return false;
     }
+    if (!TakePortLock()) return false;
     if (UdpPortState(kPort) == 1) {
         m_sFailure = "UDP port " + std::to_string(kPort) +
                      " is already bound by another process (an ipmi_sim left over?)";
@@ -225,9 +227,31 @@ bool IpmiSimServer::HasExited()
     return true;
 }
 
+// Port 623 is one per machine: builds of other checkouts may run the simulator at the
+// same time, so every start waits for a machine-wide lock that Stop() gives back.
+bool IpmiSimServer::TakePortLock()
+{
+    m_iLockFd = open("/tmp/tavrin-ipmi-sim-port.lock", O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (m_iLockFd < 0 || flock(m_iLockFd, LOCK_EX) != 0) {
+        m_sFailure = "can't take the lock of UDP port " + std::to_string(kPort);
+        ReleasePortLock();
+        return false;
+    }
+    return true;
+}
+
+void IpmiSimServer::ReleasePortLock()
+{
+    if (m_iLockFd >= 0) close(m_iLockFd);
+    m_iLockFd = -1;
+}
+
 void IpmiSimServer::Stop()
 {
-    if (m_iPid <= 0) return;
+    if (m_iPid <= 0) {
+        ReleasePortLock();
+        return;
+    }
     const std::string sFailure = m_sFailure;
     // The group is signalled only while its leader is not yet reaped, so its ID is still ours.
     kill(-m_iPid, SIGTERM);
@@ -240,6 +264,7 @@ void IpmiSimServer::Stop()
         waitpid(m_iPid, nullptr, 0);
         m_iPid = -1;
     }
+    ReleasePortLock();
     m_sFailure = sFailure;
 }
 

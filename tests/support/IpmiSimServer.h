@@ -44,9 +44,12 @@ private:
     bool Launch();
     bool WaitUntilAnswering();
     bool HasExited();
+    bool TakePortLock();
+    void ReleasePortLock();
 
     TempDir m_sDir;
     pid_t m_iPid = -1;
+    int m_iLockFd = -1;
     std::string m_sFailure;
 };
 
