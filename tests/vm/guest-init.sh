@@ -81,7 +81,7 @@ run_checks() {
     # FRU checks join here when the FRU operations land: -d, -v and -u of bmc.fru
     # with fruID=0 and -updateFRU, each followed by a read-back through the other route
     # (a "check loaded" run, then a "check unloaded ... -msgintf kcsio" one, or the
-    # other way round).
+    # other way round), with their transcripts in expected.txt.
 }
 
 cd /data || exit 1
