@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The test command: installs what the tests need when it is missing, builds, and runs
-# every test twice: in a plain build and under AddressSanitizer + UBSan.
+# the unit and end-to-end tests twice, in a plain build and under AddressSanitizer +
+# UBSan, and the VM test (tests/vm) once, with the plain build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -12,6 +13,9 @@ echo "== Build and test =="
 cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build build -j"$jobs"
 (cd build && ctest --output-on-failure -j"$jobs")
+
+echo "== The real route libraries in a VM against QEMU's emulated BMC =="
+bash tests/vm/vm-test.sh build
 
 echo "== Build and test under AddressSanitizer and UndefinedBehaviorSanitizer =="
 cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DTAVRIN_SANITIZE=ON >/dev/null
