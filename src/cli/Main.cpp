@@ -1,4 +1,5 @@
 // Program entry: banner, option table, parse, the three passes, exit status.
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 
@@ -44,9 +45,14 @@ void RegisterOptions(TCommandLineExecution& sDispatcher)
     RegisterFunctionOrExit(sDispatcher, "debugmsg", 0, 0, VerboseMode);
 }
 
-int ParseCommandLine(int16_t i16ArgCount, char** ppchArgs, TCommandLineExecution& sDispatcher)
+// The dispatcher counts the words in 16 bits with a sign; a longer line would wrap to a
+// short one, so it is refused as a line with too many arguments.
+int ParseCommandLine(int iArgCount, char** ppchArgs, TCommandLineExecution& sDispatcher)
 {
-    return sDispatcher.ParseCommandOptions(i16ArgCount, ppchArgs);
+    if (iArgCount > INT16_MAX) {
+        return sDispatcher.RefuseCommandLine(eRcIncorrectFormat);
+    }
+    return sDispatcher.ParseCommandOptions(static_cast<int16_t>(iArgCount), ppchArgs);
 }
 
 void ShowBadCommandLine(const TCommandLineExecution& sDispatcher)
@@ -65,7 +71,7 @@ int main(int argc, char** argv)
     RegisterOptions(*psDispatcher);
 
     int iStatus = EXIT_SUCCESS;
-    if (ParseCommandLine(static_cast<int16_t>(argc), argv, *psDispatcher) != 1) {
+    if (ParseCommandLine(argc, argv, *psDispatcher) != 1) {
         ShowBadCommandLine(*psDispatcher);
         iStatus = EXIT_BAD_COMMAND_LINE;
     } else if (psDispatcher->Trigger() != eRcSuccess) {
