@@ -160,16 +160,10 @@ eReturnCodeTag SaveUserName(uint16_t u16ArgCount, char** ppchArgs)
 
 eReturnCodeTag SavePassWord(uint16_t u16ArgCount, char** ppchArgs)
 {
-    eReturnCodeTag eResult = SaveTextValue(u16ArgCount, ppchArgs, sIolData.achPassWord, sizeof(sIolData.achPassWord),
-                                           "<ERROR> Please specify the pasword! \n \n",
-                                           "<ERROR> Unrecognized property value for -P. \n",
-                                           "\nBMC User Password: %s\n", nullptr, nullptr);
-    // The value stands in tavrin's own argument vector, which the process list shows:
-    // blank it out there, as ipmitool does with its own, once it has been read.
-    if (ppchArgs != nullptr && u16ArgCount > 0 && ppchArgs[0] != nullptr) {
-        memset(ppchArgs[0], 0, strlen(ppchArgs[0]));
-    }
-    return eResult;
+    return SaveTextValue(u16ArgCount, ppchArgs, sIolData.achPassWord, sizeof(sIolData.achPassWord),
+                         "<ERROR> Please specify the pasword! \n \n",
+                         "<ERROR> Unrecognized property value for -P. \n", "\nBMC User Password: %s\n", nullptr,
+                         nullptr);
 }
 
 eReturnCodeTag SaveCipherValue(uint16_t u16ArgCount, char** ppchArgs)

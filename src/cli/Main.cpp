@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "CmdLnExe.h"
 #include "OptionHandlers.h"
@@ -55,6 +56,34 @@ int ParseCommandLine(int iArgCount, char** ppchArgs, TCommandLineExecution& sDis
     return sDispatcher.ParseCommandOptions(static_cast<int16_t>(iArgCount), ppchArgs);
 }
 
+// One character more than the longest password that -P accepts, so that a copy of a
+// longer one is still refused as too long.
+const size_t kPasswordCopySize = sizeof(sIolData.achPassWord) + 1;
+
+bool IsOptionWord(const char* pchWord)
+{
+    return pchWord[0] == '-' || pchWord[0] == '/';
+}
+
+// The process list shows tavrin's own argument vector. Before any option runs (the
+// check for ipmitool among them), the value of -P moves to a copy of its own and is
+// blanked where it stood, as ipmitool does with its own.
+void HidePassword(int iArgCount, char** ppchArgs, char (&achCopy)[kPasswordCopySize])
+{
+    for (int i = 1; i + 1 < iArgCount; i++) {
+        if (!IsOptionWord(ppchArgs[i]) || strcmp(ppchArgs[i] + 1, "P") != 0) {
+            continue;
+        }
+        char* pchValue = ppchArgs[i + 1];
+        if (!IsOptionWord(pchValue)) {
+            snprintf(achCopy, sizeof(achCopy), "%s", pchValue);
+            memset(pchValue, 0, strlen(pchValue));
+            ppchArgs[i + 1] = achCopy;
+        }
+        return;
+    }
+}
+
 void ShowBadCommandLine(const TCommandLineExecution& sDispatcher)
 {
     sDispatcher.ShowOptionReturnCodeString(stderr);
@@ -70,6 +99,8 @@ int main(int argc, char** argv)
     TCommandLineExecution* psDispatcher = new TCommandLineExecution(OPTION_TABLE_CAPACITY);
     RegisterOptions(*psDispatcher);
 
+    char achPassword[kPasswordCopySize] = {0};
+    HidePassword(argc, argv, achPassword);
     int iStatus = EXIT_SUCCESS;
     if (ParseCommandLine(argc, argv, *psDispatcher) != 1) {
         ShowBadCommandLine(*psDispatcher);
