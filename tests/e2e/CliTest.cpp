@@ -137,6 +137,17 @@ TEST(Cli, ALineTooLongForTheArgumentCountIsRefused)
     }
 }
 
+TEST(Cli, APasswordMovedOutOfTheProcessListIsStillJudgedWhole)
+{
+    for (size_t uLength : {39u, 40u, 45u}) {
+        RunResult s = Tavrin({"-t", "sample-v0.sdr", "-n", "lanplus", "-H", "10.0.0.1", "-U", "u", "-P",
+                              std::string(uLength, 'p'), "-C", "3"},
+                             SourceDir() + "/examples");
+        EXPECT_EQ(uLength < 40 ? 0 : 1, s.iStatus) << s.sErr;
+        EXPECT_EQ(uLength < 40 ? "" : "<ERROR> Unrecognized property value for -P. \n" + kUseHelp, s.sErr);
+    }
+}
+
 TEST(Cli, ExamplesAreWhatTheGeneratorMakes)
 {
     TempDir sDir;
