@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <sstream>
 
 #include "SimSession.h"
 
@@ -95,46 +96,32 @@ INSTANTIATE_TEST_SUITE_P(
                       true}),
     [](const ::testing::TestParamInfo<InterruptCase>& i) { return std::string(i.param.pchName); });
 
-// Two ways to lose the repository's records, and the file that brings them back.
-struct KeptBackupCase {
-    const char* pchName;
-    std::vector<std::string> vFault;
-    int iStatus;
-};
-
-class KeptBackupTest : public ::testing::TestWithParam<KeptBackupCase> {};
-
-TEST_P(KeptBackupTest, DownloadsBackToTheOldRecords)
+// Two ways to lose the repository's records, a kill after the erase and a failed
+// restore, and the file that brings them back.
+TEST(KeptBackup, DownloadsBackToTheOldRecords)
 {
-    const KeptBackupCase& c = GetParam();
-    SimSession sBmc;
-    const std::string sOld = PrepareOldRepository(sBmc, {c.vFault});
-    RunResult s = sBmc.Tavrin(Route::Driver, {"-d", "sample-v1.sdr"});
-    EXPECT_EQ(c.iStatus, s.iStatus);
-    const std::vector<std::string> vKept = BackupFiles(sBmc);
-    ASSERT_EQ(1u, vKept.size());
-    struct stat sStat;
-    ASSERT_EQ(0, stat(sBmc.File(vKept[0]).c_str(), &sStat));
-    EXPECT_EQ(0600u, sStat.st_mode & 0777u);
-    if (c.iStatus == 1) {
-        EXPECT_TRUE(Has(s.sErr, "Restore SDR Repository Failed. \nThe SDR Repository back-up is kept in file " +
-                                    vKept[0] + "; download it with -d to restore. \n"))
-            << s.sErr;
+    const std::vector<std::string> kLosses[] = {{"0x0a", "0x27", "1", "signal", "9"},
+                                                {"0x0a", "0x25", "4", "cc", "0xc4", "always"}};
+    for (const std::vector<std::string>& vFault : kLosses) {
+        SCOPED_TRACE(vFault[3]);
+        SimSession sBmc;
+        const std::string sOld = PrepareOldRepository(sBmc, {vFault});
+        RunResult s = sBmc.Tavrin(Route::Driver, {"-d", "sample-v1.sdr"});
+        const std::vector<std::string> vKept = BackupFiles(sBmc);
+        ASSERT_EQ(1u, vKept.size());
+        struct stat sStat;
+        ASSERT_EQ(0, stat(sBmc.File(vKept[0]).c_str(), &sStat));
+        EXPECT_EQ(0600u, sStat.st_mode & 0777u);
+        EXPECT_EQ(vFault[3] == "cc", Has(s.sErr, "Restore SDR Repository Failed. \nThe SDR Repository back-up is kept "
+                                                 "in file " + vKept[0] + "; download it with -d to restore. \n"));
+        EXPECT_NE(sOld, sBmc.RecordsWithoutIDs());
+        ASSERT_EQ(0, sBmc.Sim({"fault-clear"}).iStatus);
+        RunResult sBack = sBmc.Tavrin(Route::Driver, {"-d", vKept[0]});
+        EXPECT_EQ(0, sBack.iStatus) << sBack.sErr;
+        EXPECT_TRUE(Has(sBack.sOut, "Recognize SDR File as binary format version 1 (2 records) \n"));
+        EXPECT_EQ(sOld, sBmc.RecordsWithoutIDs());
     }
-    EXPECT_NE(sOld, sBmc.RecordsWithoutIDs());
-
-    ASSERT_EQ(0, sBmc.Sim({"fault-clear"}).iStatus);
-    RunResult sBack = sBmc.Tavrin(Route::Driver, {"-d", vKept[0]});
-    EXPECT_EQ(0, sBack.iStatus) << sBack.sErr;
-    EXPECT_TRUE(Has(sBack.sOut, "Recognize SDR File as binary format version 1 (2 records) \n"));
-    EXPECT_EQ(sOld, sBmc.RecordsWithoutIDs());
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Losses, KeptBackupTest,
-    ::testing::Values(KeptBackupCase{"SigkillAfterTheErase", {"0x0a", "0x27", "1", "signal", "9"}, -1},
-                      KeptBackupCase{"FailedRestore", {"0x0a", "0x25", "4", "cc", "0xc4", "always"}, 1}),
-    [](const ::testing::TestParamInfo<KeptBackupCase>& i) { return std::string(i.param.pchName); });
 
 // A stand-in in front of the simulator's ipmitool that records every call's words, and
 // what the process list shows of its caller, tavrin, while it runs.
@@ -152,19 +139,13 @@ void PutRecorder(const std::string& sDir)
 // Each call's words, split at the separators that the recorder wrote.
 std::vector<std::vector<std::string>> RecordedCalls(const std::string& sDir)
 {
-    std::vector<std::vector<std::string>> vCalls(1);
-    std::string sWord;
-    for (char ch : ReadFileText(sDir + "/words")) {
-        if (ch == '\1') {
-            vCalls.emplace_back();
-        } else if (ch == '\0') {
-            vCalls.back().push_back(sWord);
-            sWord.clear();
-        } else {
-            sWord += ch;
-        }
+    std::vector<std::vector<std::string>> vCalls;
+    std::istringstream sCalls(ReadFileText(sDir + "/words"));
+    for (std::string sCall; std::getline(sCalls, sCall, '\1');) {
+        std::istringstream sWords(sCall);
+        vCalls.emplace_back();
+        for (std::string sWord; std::getline(sWords, sWord, '\0');) vCalls.back().push_back(sWord);
     }
-    vCalls.pop_back();
     return vCalls;
 }
 
