@@ -1,6 +1,7 @@
 // The tavrin executable run as a user runs it: exact standard output, standard error
 // and exit status for the command lines that need no BMC.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <string>
 #include <vector>
@@ -106,6 +107,45 @@ TEST(Cli, BrokenFileIsReportedAndFails)
     EXPECT_EQ(1, s.iStatus);
     EXPECT_EQ(0u, s.sErr.find("SDR binary file format error. \n"));
     EXPECT_NE(std::string::npos, s.sErr.find("Error found in SDR file bad.sdr. \n" + kNotes));
+}
+
+TEST(Cli, OnlyARegularFileIsTakenAndNothingWaitsForOne)
+{
+    TempDir sDir;
+    ASSERT_EQ(0, mkfifo(sDir.File("fifo").c_str(), 0600));  // no writer: reading it would block for ever
+    ASSERT_EQ(0, mkdir(sDir.File("dir").c_str(), 0700));
+    for (const char* pchOperation : {"-t", "-d", "-v"}) {
+        for (const std::string sName : {"fifo", "dir"}) {
+            RunResult s = Tavrin({pchOperation, sName}, sDir.Path());
+            EXPECT_EQ(1, s.iStatus);
+            EXPECT_EQ(kBanner, s.sOut);
+            EXPECT_EQ("<ERROR> File " + sName + " does not exist.\n" + kNotes, s.sErr);
+        }
+    }
+}
+
+TEST(Cli, ALineTooLongForTheArgumentCountIsRefused)
+{
+    // 65,538 arguments would count as 2 in 16 bits, and 32,770 as a negative number.
+    for (size_t uExtra : {65536u, 32768u}) {
+        std::vector<std::string> vArgs = {"-t", "sample-v0.sdr"};
+        vArgs.resize(vArgs.size() + uExtra, "x");
+        RunResult s = Tavrin(vArgs, SourceDir() + "/examples");
+        EXPECT_EQ(4, s.iStatus);
+        EXPECT_EQ(kBanner, s.sOut);
+        EXPECT_EQ("<ERROR> Incorrect command format. \n" + kUseHelp, s.sErr);
+    }
+}
+
+TEST(Cli, APasswordMovedOutOfTheProcessListIsStillJudgedWhole)
+{
+    for (size_t uLength : {39u, 40u, 45u}) {
+        RunResult s = Tavrin({"-t", "sample-v0.sdr", "-n", "lanplus", "-H", "10.0.0.1", "-U", "u", "-P",
+                              std::string(uLength, 'p'), "-C", "3"},
+                             SourceDir() + "/examples");
+        EXPECT_EQ(uLength < 40 ? 0 : 1, s.iStatus) << s.sErr;
+        EXPECT_EQ(uLength < 40 ? "" : "<ERROR> Unrecognized property value for -P. \n" + kUseHelp, s.sErr);
+    }
 }
 
 TEST(Cli, ExamplesAreWhatTheGeneratorMakes)

@@ -18,7 +18,7 @@ bool SimFaultIsLanOnly(eSimFaultKind eKind);
 bool SimFaultStopsBeforeBmc(eSimFaultKind eKind);
 
 // "none", "cc", "nodata", "errno", "lan-timeout", "lan-lost-reply", "lan-silent",
-// "lan-flood", "lan-nostart", "auth", "cipher".
+// "lan-flood", "lan-nostart", "signal", "auth", "cipher".
 const char* SimFaultName(eSimFaultKind eKind);
 // 1 and the kind for a name that can be set as a fault (not "none", "auth", "cipher").
 int SimFaultFromName(const char* pchName, eSimFaultKind* peKind);
