@@ -47,7 +47,7 @@ TEST_P(CliGoldenTest, PrintsExactlyThis)
     EXPECT_EQ(c.sErr, s.sErr);
 }
 
-const std::string kUseHelp = "Invalid operations. \nUse tavrin -h for help.\n";
+const std::string kUseHelp = "Invalid operations. \nUse TAVRIN -h for help.\n";
 
 INSTANTIATE_TEST_SUITE_P(
     CommandLines, CliGoldenTest,
