@@ -48,7 +48,7 @@ TEST_P(CliGoldenTest, PrintsExactlyThis)
     EXPECT_EQ(c.sErr, s.sErr);
 }
 
-const std::string kUseHelp = "Invalid operations. \nUse tavrin -h for help.\n";
+const std::string kUseHelp = "Invalid operations. \nUse TAVRIN -h for help.\n";
 
 INSTANTIATE_TEST_SUITE_P(
     CommandLines, CliGoldenTest,
@@ -62,6 +62,8 @@ INSTANTIATE_TEST_SUITE_P(
         GoldenCase{{"-debugmsg"}, 4, "",
                    "<ERROR> No operational command specified. (-d/-u/-v/-t/-h/-version/-updateFRU) \n" + kUseHelp},
         GoldenCase{{"-version"}, 0, "\n\n Version 1.24.3.112 (FreeBSD) \n\n", ""},
+        // Every line of the help, as the program's documentation lists it.
+        GoldenCase{{"-h"}, 0, ReadFileText(SourceDir() + "/tests/e2e/golden/help.txt"), ""},
         GoldenCase{{"-t", "missing.sdr"}, 1, "", "<ERROR> File missing.sdr does not exist.\n" + kNotes},
         GoldenCase{{"-t", "sample-v2.sdr", "fruID=0xFF"}, 1, "", "<ERROR> FRU ID (0xFF) is reserved! \n \n" + kNotes},
         GoldenCase{{"-t", "sample-v0.sdr"}, 0,
@@ -79,14 +81,6 @@ INSTANTIATE_TEST_SUITE_P(
                    "Start to process SDR file (total 0xFF bytes) \n"
                    "No error found in SDR file sample-v2.sdr! \n \n",
                    ""}));
-
-TEST(Cli, HelpPrintsTheUsage)
-{
-    RunResult s = Tavrin({"-h"});
-    EXPECT_EQ(0, s.iStatus);
-    EXPECT_EQ(kBanner + ReadFileText(SourceDir() + "/tests/e2e/golden/help.txt"), s.sOut);
-    EXPECT_EQ("", s.sErr);
-}
 
 TEST(Cli, DebugModeIsInForceWhereverItStands)
 {
@@ -163,23 +157,56 @@ TEST(Cli, ExamplesAreWhatTheGeneratorMakes)
 
 namespace {
 
-TEST(Install, TavrinFindsItsRouteLibrariesWithoutAnySetUp)
+// An installed tree: tavrin finds its route libraries through its run path alone, and the
+// installed tavrin-bmcsim runs it against the installed simulator. Once as this build
+// installs (relative library folder), once configured afresh as Debian's packaging
+// configures (absolute library folder below the prefix).
+class InstallTest : public ::testing::TestWithParam<bool> {};
+
+TEST_P(InstallTest, FindsItsLibrariesAndItsSimulator)
 {
 #if defined(TAVRIN_SANITIZED_BUILD)
     // AddressSanitizer intercepts dlopen, so the search runs with the sanitizer runtime's
     // own run path instead of tavrin's: only a plain build shows the installed lookup.
     GTEST_SKIP() << "the sanitizer runtime changes dlopen's search path";
 #endif
-    TempDir sPrefix;
-    RunResult sInstall = RunProgram({"cmake", "--install", BuildDir(), "--prefix", sPrefix.Path()});
+    TempDir sDir;
+    std::string sPrefix = sDir.File("usr");
+    std::string sLibDir = "lib";
+    RunResult sInstall;
+    if (GetParam()) {
+        sLibDir = "lib/x86_64-linux-gnu";
+        std::string sTree = sDir.File("build");
+        RunResult sConfigure = RunProgram({"cmake", "-S", SourceDir(), "-B", sTree, "-DCMAKE_BUILD_TYPE=None",
+                                           "-DTAVRIN_TESTS=OFF", "-DCMAKE_INSTALL_PREFIX=" + sPrefix,
+                                           "-DCMAKE_INSTALL_LIBDIR=" + sPrefix + "/" + sLibDir});
+        ASSERT_EQ(0, sConfigure.iStatus) << sConfigure.sErr;
+        RunResult sBuild = RunProgram({"cmake", "--build", sTree, "-j2"});
+        ASSERT_EQ(0, sBuild.iStatus) << sBuild.sOut << sBuild.sErr;
+        sInstall = RunProgram({"cmake", "--install", sTree});
+    } else {
+        sInstall = RunProgram({"cmake", "--install", BuildDir(), "--prefix", sPrefix});
+    }
     ASSERT_EQ(0, sInstall.iStatus) << sInstall.sErr;
-    WriteFileText(sPrefix.File("x.sdr"), "x");
+    WriteFileBytes(sDir.File("x.sdr"), ReadFileBytes(Example("sample-v2.sdr")));
     RunOptions sOptions;
-    sOptions.sWorkDir = sPrefix.Path();
+    sOptions.sWorkDir = sDir.Path();
     sOptions.vEnv = {{"LD_DEBUG", "libs"}, {"LD_LIBRARY_PATH", ""}};
-    RunResult s = RunProgram({sPrefix.File("bin/tavrin"), "-v", "x.sdr"}, sOptions);
-    EXPECT_NE(std::string::npos, s.sErr.find("calling init: " + sPrefix.Path() + "/bin/../lib/tavrin/libsarnic.so"))
+    RunResult s = RunProgram({sPrefix + "/bin/tavrin", "-v", "x.sdr"}, sOptions);
+    EXPECT_NE(std::string::npos, s.sErr.find("calling init: " + sPrefix + "/bin/../" + sLibDir + "/tavrin/libsarnic.so"))
         << s.sErr.substr(0, 2000);
+
+    std::string sSim = sPrefix + "/bin/tavrin-bmcsim";
+    ASSERT_EQ(0, RunProgram({sSim, "--state", sDir.File("s"), "init"}).iStatus);
+    ASSERT_EQ(0, RunProgram({sSim, "--state", sDir.File("s"), "sdr-load", sDir.File("x.sdr")}).iStatus);
+    sOptions.vEnv = {};
+    s = RunProgram({sSim, "--state", sDir.File("s"), "run", "--", sPrefix + "/bin/tavrin", "-v", "x.sdr"}, sOptions);
+    EXPECT_EQ(0, s.iStatus) << s.sErr;
 }
+
+INSTANTIATE_TEST_SUITE_P(LibraryFolder, InstallTest, ::testing::Values(false, true),
+                         [](const ::testing::TestParamInfo<bool>& sInfo) {
+                             return std::string(sInfo.param ? "Absolute" : "Relative");
+                         });
 
 }  // namespace

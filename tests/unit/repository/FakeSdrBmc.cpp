@@ -114,9 +114,15 @@ std::vector<FakeExchange> FakeSdrBmc::Logged(uint8_t u8Command) const
 
 Bytes MakeRecord(uint16_t u16ID, uint8_t u8Type, uint8_t u8BodyLength, uint8_t u8Seed)
 {
-    Bytes vRecord = WordBytes(u16ID);
-    vRecord.insert(vRecord.end(), {0x51, u8Type, u8BodyLength});
-    for (uint8_t i = 0; i < u8BodyLength; i++) vRecord.push_back(static_cast<uint8_t>(u8Seed + i));
+    // Sized once and filled: GCC 12 misjudges the bounds of an insert that grows a
+    // two-byte vector (-Warray-bounds in optimised builds).
+    Bytes vRecord(5 + u8BodyLength);
+    vRecord[0] = static_cast<uint8_t>(u16ID);
+    vRecord[1] = static_cast<uint8_t>(u16ID >> 8);
+    vRecord[2] = 0x51;
+    vRecord[3] = u8Type;
+    vRecord[4] = u8BodyLength;
+    for (uint8_t i = 0; i < u8BodyLength; i++) vRecord[5 + i] = static_cast<uint8_t>(u8Seed + i);
     return vRecord;
 }
 
