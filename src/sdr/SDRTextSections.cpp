@@ -94,15 +94,16 @@ int CloseSection(const sTextFileContext* psContext, sSectionState* psState)
 }
 
 // One line, comment and side blanks gone, not empty.
+// Most lines are record data: only a line that starts like a tag is compared with one.
 int CheckLine(sTextFileContext* psContext, const char* pchLine, sSectionState* psState)
 {
-    if (strcmp(pchLine, SDR_TAG_SECTION) == 0) {
+    if (pchLine[0] == '_' && strcmp(pchLine, SDR_TAG_SECTION) == 0) {
         return OpenSection(psContext, psState);
     }
-    if (strcmp(pchLine, SDR_TAG_DISABLED_SECTION) == 0) {
+    if (pchLine[0] == '_' && strcmp(pchLine, SDR_TAG_DISABLED_SECTION) == 0) {
         return OpenDisabledSection(psContext, psState);
     }
-    if (strcmp(pchLine, SDR_TAG_END) == 0) {
+    if (pchLine[0] == ')' && pchLine[1] == '\0') {
         return CloseSection(psContext, psState);
     }
     if (!SectionOpen(*psState) && !DisabledOpen(*psState)) {
