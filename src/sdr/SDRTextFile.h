@@ -25,9 +25,9 @@
 #include "SDREntry.h"
 #include "text/TextFileInput.h"
 
-// Reads the open stream pFile (any position; the mark of eEncoding is skipped here) into
-// G_psLocalSDREntryList from index *pu16RecordCount on and adds the records to the count.
-// Closes pFile on every way out. 1 on success, 0 on failure (reported).
+// Reads the stream pFile, opened by the caller with nothing read from it yet (the mark of
+// eEncoding is skipped here), into G_psLocalSDREntryList from index *pu16RecordCount on
+// and adds the records to the count. Closes pFile on every way out. 1 on success, 0 on failure (reported).
 int ReadSDRTextFile(FILE* pFile, const char* pchPath, eFileEncoding eEncoding, uint16_t* pu16RecordCount);
 
 // The first pass over the section structure. 1 with the stream behind the "_SDR (" line

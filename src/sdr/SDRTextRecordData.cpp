@@ -34,9 +34,17 @@ void ReportIncomplete(const sRecordFill& sFill)
 // counts as the end of the file, so it takes no line number.
 int ConvertUTF8Line(const sRecordFill& sFill, char* pchLine)
 {
-    char achText[SDR_LINE_BUFFER_SIZE] = {0};
+    size_t uLength = 0;
+    bool bPlainASCII = true;
+    for (; pchLine[uLength] != '\0'; uLength++) {
+        bPlainASCII = bPlainASCII && static_cast<unsigned char>(pchLine[uLength]) < 0x80;
+    }
+    if (bPlainASCII) {
+        return 1;  // the bytes are the characters already
+    }
+    char achText[SDR_LINE_BUFFER_SIZE];
     uint8_t u8Length = 0;
-    if (!UTF8ToASCII(pchLine, static_cast<uint8_t>(strlen(pchLine)), achText, sizeof(achText) - 1, &u8Length)) {
+    if (!UTF8ToASCII(pchLine, static_cast<uint8_t>(uLength), achText, sizeof(achText) - 1, &u8Length)) {
         sFill.psContext->u16LineNumber--;
         fprintf(stderr, "Fail to convert string (line %d) from UTF-8 to 8-bit ASCII. \n",
                 sFill.psContext->u16LineNumber);
@@ -63,7 +71,7 @@ eLineStep TakeHexByte(const sRecordFill& sFill, char* pchLine, uint8_t* pu8Value
 {
     char achToken[SDR_LINE_BUFFER_SIZE];
     ParseNonQuotedData(pchLine, achToken, sizeof(achToken), 1);
-    if (achToken[0] == '\0' || strncmp(achToken, "//", 2) == 0) {
+    if (achToken[0] == '\0' || (achToken[0] == '/' && achToken[1] == '/')) {
         return eStepNeedLine;
     }
     if (!SDRParseHexByte(achToken, pu8Value)) {
