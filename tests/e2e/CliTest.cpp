@@ -111,17 +111,6 @@ TEST(Cli, BrokenFileIsReportedAndFails)
     EXPECT_NE(std::string::npos, s.sErr.find("Error found in SDR file bad.sdr. \n" + kNotes));
 }
 
-TEST(Cli, BrokenTextFileIsReportedWithItsLine)
-{
-    TempDir sDir;
-    WriteFileText(sDir.File("bad.sdr"), "_SDR (\n_SDR_TYPE 05\n)\n");
-    RunResult s = Tavrin({"-t", "bad.sdr"}, sDir.Path());
-    EXPECT_EQ(1, s.iStatus);
-    EXPECT_EQ(kBanner, s.sOut);
-    EXPECT_EQ("<ERROR> SDR file format error. \nRecord type (05h) is reserved. (line 2) \n"
-              "Error found in SDR file bad.sdr. \n" + kNotes, s.sErr);
-}
-
 TEST(Cli, ExamplesAreWhatTheGeneratorMakes)
 {
     TempDir sDir;

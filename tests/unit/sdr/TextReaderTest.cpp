@@ -24,8 +24,7 @@ const std::string kLocatorHead = "_SDR_TYPE 10\n_REC_LEN 13\n02 00 51 10 0E\n00 
 struct ReadResult {
     int iResult;
     uint16_t u16Count;
-    std::string sOut;
-    std::string sErr;
+    std::string sErr;  // nothing ever goes to standard output
 };
 
 class TextReaderTest : public testing::Test {
@@ -35,39 +34,27 @@ protected:
         G_psLocalSDREntryList = static_cast<SDREntry*>(calloc(SDR_RECORD_LIMIT, sizeof(SDREntry)));
         for (uint32_t i = 0; i < SDR_RECORD_LIMIT; i++) G_psLocalSDREntryList[i].u16RecordID = SDR_EMPTY_RECORD_ID;
     }
-    void TearDown() override
-    {
-        free(G_psLocalSDREntryList);
-        G_psLocalSDREntryList = nullptr;
-    }
+    void TearDown() override { free(G_psLocalSDREntryList); }
 
     ReadResult ReadBytes(const std::string& sBytes)
     {
-        const std::string sPath = m_sDir.File("records.sdr");
-        WriteFileText(sPath, sBytes);
-        ReadResult s{0, 0, "", ""};
-        testing::internal::CaptureStdout();
+        WriteFileText(m_sDir.File("r.sdr"), sBytes);
+        ReadResult s{0, 0, ""};
         testing::internal::CaptureStderr();
-        s.iResult = ReadSDRFile(sPath.c_str(), &s.u16Count);
+        s.iResult = ReadSDRFile(m_sDir.File("r.sdr").c_str(), &s.u16Count);
         s.sErr = testing::internal::GetCapturedStderr();
-        s.sOut = testing::internal::GetCapturedStdout();
         return s;
     }
+    ReadResult Read(const std::string& sText, eFileEncoding e = eEncodingASCII) { return ReadBytes(EncodeSDRText(sText, e)); }
 
-    ReadResult Read(const std::string& sText, eFileEncoding eEncoding = eEncodingASCII)
-    {
-        return ReadBytes(EncodeSDRText(sText, eEncoding));
-    }
-
+    // The records read, each checked to be complete and to carry the ID of its bytes.
     std::vector<TRecord> Records(uint16_t u16Count) const
     {
         std::vector<TRecord> v;
-        for (uint16_t i = 0; i < u16Count; i++) {
-            const SDREntry& s = G_psLocalSDREntryList[i];
-            EXPECT_EQ(s.u8RecordLength, s.u8DataOffset);
-            EXPECT_EQ(s.au8RecordData[0] | (s.au8RecordData[1] << 8), s.u16RecordID);
-            EXPECT_EQ(s.au8RecordData[3], s.u8RecordType);
-            v.emplace_back(s.au8RecordData, s.au8RecordData + s.u8RecordLength);
+        for (const SDREntry* ps = G_psLocalSDREntryList; ps < G_psLocalSDREntryList + u16Count; ps++) {
+            EXPECT_EQ(ps->u8RecordLength, ps->u8DataOffset);
+            EXPECT_EQ(ps->au8RecordData[0] | (ps->au8RecordData[1] << 8), ps->u16RecordID);
+            v.emplace_back(ps->au8RecordData, ps->au8RecordData + ps->u8RecordLength);
         }
         return v;
     }
@@ -90,7 +77,6 @@ TEST_P(TextFaultTest, IsReportedWithItsLine)
     ReadResult s = c.bUTF8 ? ReadBytes("\xEF\xBB\xBF" + c.sText) : Read(c.sText);
     EXPECT_EQ(0, s.iResult);
     EXPECT_EQ(c.sErr, s.sErr);
-    EXPECT_EQ("", s.sOut);
 }
 
 std::string FullSensorWithCode(const std::string& sCode, const std::string& sString)
@@ -104,22 +90,17 @@ const std::string kLong(260, 'x');
 INSTANTIATE_TEST_SUITE_P(Faults, TextFaultTest, testing::Values(
     FaultCase{"LackSection", "_DISABLED_SDR (\n" + kOem + ")\n\n", kFormat + "Lack '_SDR (' tag (line 6) \n"},
     FaultCase{"LackEnd", "_SDR (\n" + kOem, kFormat + "Lack ')' tag (line 4) \n"},
-    FaultCase{"LackEndOfDisabled", "_SDR (\n" + kOem + ")\n_DISABLED_SDR (\n", kFormat + "Lack ')' tag (line 6) \n"},
     FaultCase{"NestedAtSection", "_DISABLED_SDR (\n_SDR (\n",
               kFormat + "Nested '_DISABLED_SDR (' '_SDR (' tag is NOT allowed (line 2) \n"},
     FaultCase{"NestedAtDisabled", "_SDR (\n  _DISABLED_SDR (  // c\n",
               kFormat + "Nested '_SDR (' '_DISABLED_SDR (' tag is NOT allowed (line 2) \n"},
     FaultCase{"MultipleSections", "_SDR (\n" + kOem + ")\n_SDR (\n)\n",
               kFormat + "Multiple '_SDR (' tag is NOT allowed. (line 6) \n"},
-    FaultCase{"MultipleDisabled", "_DISABLED_SDR (\n)\n_DISABLED_SDR (\n",
-              kFormat + "Multiple '_DISABLED_SDR (' tag is NOT allowed. (line 3) \n"},
     FaultCase{"MultipleClosing", "_SDR (\n" + kOem + ")\n)\n", kFormat + "Multiple ')' tag is NOT allowed (line 6) \n"},
     FaultCase{"DataBefore", "\n)\n", kFormat + "Find data before the '_SDR (' or '_DISABLED_SDR (' tag. (line 2) \n"},
     FaultCase{"DataOutside", "// c\n_SDR(\n", kFormat + "Find data outside the scope of the '_SDR ( )'. (line 2) \n"},
-    FaultCase{"DataBehind", "_SDR (\n" + kOem + ")\n01\n", kFormat + "Find data outside the scope of the '_SDR ( )'. (line 6) \n"},
     FaultCase{"EmptySection", "_SDR (\n// none\n)\n", kFormat + "There is no SDR record in the scope of \"_SDR ( )\". \n"},
     FaultCase{"WrongTag", "_SDR (\n_REC_LEN 08\n)\n", kFormat + "\"_REC_LEN\" is not the '_SDR_TYPE' tag (line 2) \n"},
-    FaultCase{"EndWhereLengthIsDue", "_SDR (\n_SDR_TYPE C0\n)\n", kFormat + "\")\" is not the '_REC_LEN' tag (line 3) \n"},
     FaultCase{"MoreThanOne", "_SDR (\n_SDR_TYPE\tC0 C0\n)\n",
               kFormat + "More than one Hex data follow the '_SDR_TYPE' tag. (line 2) \n"},
     FaultCase{"HexMissing", "_SDR (\n_SDR_TYPE C0\n_REC_LEN // 8\n)\n",
@@ -127,8 +108,6 @@ INSTANTIATE_TEST_SUITE_P(Faults, TextFaultTest, testing::Values(
     FaultCase{"BadByteBehindTag", "_SDR (\n_SDR_TYPE C\n)\n", kFormat + "'C' is not a Hex byte data. (line 2) \n"},
     FaultCase{"BadByteInRecord", "_SDR (\n_SDR_TYPE C0\n_REC_LEN 08//x\n01 00 51 C0 03 57 01 00//x\n)\n",
               kFormat + "'00//x' is not a Hex byte data in record type C0h. (line 4) \n"},
-    FaultCase{"ThreeDigits", "_SDR (\n_SDR_TYPE C0\n_REC_LEN 08\n\n01 00 051\n)\n",
-              kFormat + "'051' is not a Hex byte data in record type C0h. (line 5) \n"},
     FaultCase{"EndInsideARecord", "_SDR (\n_SDR_TYPE C0\n_REC_LEN 08\n01 00 51 C0 03\n)\n",
               kFormat + "')' is not a Hex byte data in record type C0h. (line 5) \n"},
     FaultCase{"NoQuotedString", "_SDR (\n" + kLocatorHead + "// id\n'abc'\n)\n",
@@ -137,12 +116,8 @@ INSTANTIATE_TEST_SUITE_P(Faults, TextFaultTest, testing::Values(
               kFormat + "Quoted string \"'abc\" in record type 10h is not complete. (line 7) \n"},
     FaultCase{"InconsistentLength", "_SDR (\n" + kLocatorHead + "'a'bc'\n)\n",
               kFormat + "String length (04h) is not consistent with Type/Length Code (C3) in record type 10h. (line 6) \n"},
-    FaultCase{"InconsistentEmpty", "_SDR (\n" + kLocatorHead + "''\n)\n",
-              kFormat + "String length (00h) is not consistent with Type/Length Code (C3) in record type 10h. (line 6) \n"},
     FaultCase{"TooLongOnTheSameLine", "_SDR (\n_SDR_TYPE C0\n_REC_LEN 08\n01 00 51 C0 03 57 01 00 00\n)\n",
               kFormat + "In record type C0h, record length > _REC_LEN (line 4) \n"},
-    FaultCase{"TooLongBehindTheString", "_SDR (\n" + kLocatorHead + "'abc' 00\n)\n",
-              kFormat + "In record type 10h, record length > _REC_LEN (line 6) \n"},
     FaultCase{"ByteTooManyOnTheNextLine", "_SDR (\n" + kOem + "00\n)\n",
               kFormat + "\"00\" is not the '_SDR_TYPE' tag (line 5) \n"},
     FaultCase{"TooShort", "_SDR (\n_SDR_TYPE 10\n_REC_LEN 14\n02 00 51 10 0F 00 98 02 00 00 08 00 07 01 00 C3 'abc'\n)\n",
@@ -152,7 +127,6 @@ INSTANTIATE_TEST_SUITE_P(Faults, TextFaultTest, testing::Values(
     FaultCase{"StringTooLongForTheCode", "_SDR (\n" + FullSensorWithCode("D0", std::string(200, 's')) + ")\n",
               kFormat + "String length (C8h) is not consistent with Type/Length Code (D0) in record type 01h. (line 8) \n"},
     FaultCase{"InvalidType", "_SDR (\n\n_SDR_TYPE 15\n)\n", kValidator + "Record type (15h) is invalid. (line 3) \n"},
-    FaultCase{"ReservedType", "_SDR (\n_SDR_TYPE 0a\n)\n", kValidator + "Record type (0Ah) is reserved. (line 2) \n"},
     FaultCase{"LengthAboveTheMaximum", "_SDR (\n_SDR_TYPE 08\n\n_REC_LEN 11\n)\n",
               kValidator + "Record length (11h) is greater than the maximum length of type 08h. (line 4) \n"},
     FaultCase{"WrongVersion", "_SDR (\n_SDR_TYPE C0\n_REC_LEN 08\n01 00\n52\n)\n",
@@ -198,7 +172,6 @@ TEST_P(EncodingTest, GivesTheSameRecordsAndLineNumbers)
     const std::string sExample = ExampleSDRText();
     ReadResult s = Read(Text(sExample), GetParam().eEncoding);
     ASSERT_EQ(1, s.iResult) << s.sErr;
-    EXPECT_EQ("", s.sOut + s.sErr);
     EXPECT_EQ(TextExampleRecordSet(), Records(s.u16Count));
 
     // One byte too many behind the Latin-1 string, behind the disabled section.
