@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Regenerates the binary SDR example files from the generator's built-in records.
+# Regenerates the example SDR files (binary format versions 0-2, and the text format in
+# each encoding) from the generator's built-in records.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake -S . -B build >/dev/null
@@ -7,4 +8,7 @@ cmake --build build --target tavrin-sdrgen -j2 >/dev/null
 for v in 0 1 2; do
   build/tools/tavrin-sdrgen "$v" "examples/sample-v$v.sdr"
 done
-echo "examples/sample-v{0,1,2}.sdr written"
+for e in ascii utf8 utf16; do
+  build/tools/tavrin-sdrgen text "$e" "examples/sample-$e.sdr"
+done
+echo "examples/sample-v{0,1,2}.sdr and examples/sample-{ascii,utf8,utf16}.sdr written"

@@ -80,7 +80,10 @@ INSTANTIATE_TEST_SUITE_P(
                    "Recognize SDR File as binary format version 2 (6 records) \n"
                    "Start to process SDR file (total 0xFF bytes) \n"
                    "No error found in SDR file sample-v2.sdr! \n \n",
-                   ""}));
+                   ""},
+        GoldenCase{{"-t", "sample-ascii.sdr"}, 0, "No error found in SDR file sample-ascii.sdr! \n \n", ""},
+        GoldenCase{{"-t", "sample-utf8.sdr"}, 0, "No error found in SDR file sample-utf8.sdr! \n \n", ""},
+        GoldenCase{{"-t", "sample-utf16.sdr"}, 0, "No error found in SDR file sample-utf16.sdr! \n \n", ""}));
 
 TEST(Cli, DebugModeIsInForceWhereverItStands)
 {
@@ -145,10 +148,13 @@ TEST(Cli, APasswordMovedOutOfTheProcessListIsStillJudgedWhole)
 TEST(Cli, ExamplesAreWhatTheGeneratorMakes)
 {
     TempDir sDir;
-    for (const char* pchVersion : {"0", "1", "2"}) {
-        std::string sOut = sDir.File(std::string("v") + pchVersion);
-        ASSERT_EQ(0, RunProgram({BuildDir() + "/tools/tavrin-sdrgen", pchVersion, sOut}).iStatus);
-        EXPECT_EQ(ReadFileBytes(Example(std::string("sample-v") + pchVersion + ".sdr")), ReadFileBytes(sOut))
+    for (std::string sKind : {"0", "1", "2", "ascii", "utf8", "utf16"}) {
+        std::string sOut = sDir.File(sKind);
+        std::vector<std::string> vArgs = {BuildDir() + "/tools/tavrin-sdrgen", sKind, sOut};
+        if (sKind.size() > 1) vArgs.insert(vArgs.begin() + 1, "text");
+        ASSERT_EQ(0, RunProgram(vArgs).iStatus);
+        EXPECT_EQ(ReadFileBytes(Example("sample-" + std::string(sKind.size() > 1 ? "" : "v") + sKind + ".sdr")),
+                  ReadFileBytes(sOut))
             << "run scripts/make-examples.sh";
     }
 }
