@@ -8,6 +8,7 @@
 #include "SDRValidate.h"
 #include "text/DatTrans.h"
 #include "text/LineTokens.h"
+#include "text/TextLineScan.h"
 
 namespace {
 
@@ -82,24 +83,34 @@ eLineStep TakeHexByte(const sRecordFill& sFill, char* pchLine, uint8_t* pu8Value
     return eStepDone;
 }
 
+// One byte in front of the string start: a header byte is checked first, and the byte in
+// front of the string start is the type/length code.
+int StoreFixedByte(sRecordFill* psFill, uint8_t u8Value)
+{
+    SDREntry* psEntry = psFill->psEntry;
+    if (psEntry->u8DataOffset < SDR_RECORD_HEADER_SIZE &&
+        !SDRValidateRecordHeader(0, psFill->psContext->u16LineNumber, psEntry, u8Value)) {
+        return 0;
+    }
+    if (psEntry->u8DataOffset + 1 == psFill->u8StringStart) {
+        psFill->u8LengthCode = u8Value;
+    }
+    psEntry->au8RecordData[psEntry->u8DataOffset++] = u8Value;
+    return 1;
+}
+
 // The bytes in front of the string start, header bytes checked as they come.
 eLineStep TakeFixedBytes(sRecordFill* psFill, char* pchLine)
 {
-    SDREntry* psEntry = psFill->psEntry;
-    while (psEntry->u8DataOffset < psFill->u8StringStart) {
+    while (psFill->psEntry->u8DataOffset < psFill->u8StringStart) {
         uint8_t u8Value = 0;
         const eLineStep eStep = TakeHexByte(*psFill, pchLine, &u8Value);
         if (eStep != eStepDone) {
             return eStep;
         }
-        if (psEntry->u8DataOffset < SDR_RECORD_HEADER_SIZE &&
-            !SDRValidateRecordHeader(0, psFill->psContext->u16LineNumber, psEntry, u8Value)) {
+        if (!StoreFixedByte(psFill, u8Value)) {
             return eStepFailed;
         }
-        if (psEntry->u8DataOffset + 1 == psFill->u8StringStart) {
-            psFill->u8LengthCode = u8Value;
-        }
-        psEntry->au8RecordData[psEntry->u8DataOffset++] = u8Value;
     }
     return eStepDone;
 }
@@ -117,6 +128,56 @@ eLineStep TakeHexString(const sRecordFill& sFill, char* pchLine)
         psEntry->au8RecordData[psEntry->u8DataOffset++] = u8Value;
     }
     return eStepDone;
+}
+
+// How many of the next bytes are hex bytes that need no check: the rest of the part in
+// front of the string start behind the header, or the rest of an ID string in hex.
+size_t PlainHexBytesWanted(const sRecordFill& sFill)
+{
+    const SDREntry* psEntry = sFill.psEntry;
+    if (psEntry->u8DataOffset < sFill.u8StringStart) {
+        return sFill.u8StringStart - psEntry->u8DataOffset;
+    }
+    if (SDRHasIDString(psEntry->u8RecordType) && (sFill.u8LengthCode & SDR_ID_STRING_8BIT) != SDR_ID_STRING_8BIT &&
+        psEntry->u8DataOffset < psEntry->u8RecordLength) {
+        return psEntry->u8RecordLength - psEntry->u8DataOffset;
+    }
+    return 0;
+}
+
+// Lines that hold one hex byte alone, the way the writer lays a record out, taken in runs
+// straight from the file: the same bytes, checks and line numbers as the steps above
+// give line by line. A header byte is taken on its own and checked before the next line
+// is read. eStepDone if a line was taken (nothing is left of it), eStepNeedLine if the
+// next line is of another kind, eStepFailed if a header byte failed its check.
+eLineStep TakeHexByteRuns(sRecordFill* psFill)
+{
+    SDREntry* psEntry = psFill->psEntry;
+    bool bTaken = false;
+    while (psEntry->u8DataOffset < SDR_RECORD_HEADER_SIZE && psEntry->u8DataOffset < psFill->u8StringStart) {
+        uint8_t u8Value = 0;
+        if (TakeHexByteLines(psFill->psContext, &u8Value, 1, SDR_LINE_MAX_READ) == 0) {
+            return bTaken ? eStepDone : eStepNeedLine;
+        }
+        bTaken = true;
+        if (!StoreFixedByte(psFill, u8Value)) {
+            return eStepFailed;
+        }
+    }
+    for (size_t uWanted = PlainHexBytesWanted(*psFill); uWanted != 0; uWanted = PlainHexBytesWanted(*psFill)) {
+        const bool bFixed = psEntry->u8DataOffset < psFill->u8StringStart;
+        const size_t uTaken = TakeHexByteLines(psFill->psContext, &psEntry->au8RecordData[psEntry->u8DataOffset],
+                                               uWanted, SDR_LINE_MAX_READ);
+        if (uTaken == 0) {
+            break;
+        }
+        bTaken = true;
+        psEntry->u8DataOffset = static_cast<uint8_t>(psEntry->u8DataOffset + uTaken);
+        if (bFixed && psEntry->u8DataOffset == psFill->u8StringStart) {
+            psFill->u8LengthCode = psEntry->au8RecordData[psFill->u8StringStart - 1];
+        }
+    }
+    return bTaken ? eStepDone : eStepNeedLine;
 }
 
 void ReportTooLong(const sRecordFill& sFill)
@@ -159,7 +220,11 @@ eLineStep TakeQuotedString(const sRecordFill& sFill, char* pchLine)
         ReportTooLong(sFill);
         return eStepFailed;
     }
-    memcpy(&sFill.psEntry->au8RecordData[psEntry->u8DataOffset], achText, uCount);
+    // Character by character: a short string costs no block copy.
+    uint8_t* pu8To = &sFill.psEntry->au8RecordData[psEntry->u8DataOffset];
+    for (const char* pch = achText; *pch != '\0'; pch++) {
+        *pu8To++ = static_cast<uint8_t>(*pch);
+    }
     sFill.psEntry->u8DataOffset = static_cast<uint8_t>(psEntry->u8DataOffset + uCount);
     return eStepDone;
 }
@@ -209,10 +274,16 @@ eSDRFileState SDRReadRecordData(sTextFileContext* psContext, SDREntry* psEntry)
     psEntry->u8DataOffset = 0;
     char achLine[SDR_LINE_BUFFER_SIZE];
     for (;;) {
-        if (!ReadRecordLine(sFill, achLine)) {
+        eLineStep eStep = TakeHexByteRuns(&sFill);
+        if (eStep == eStepFailed) {
             return eSdrFailed;
         }
-        eLineStep eStep = TakeFixedBytes(&sFill, achLine);
+        if (eStep == eStepDone) {
+            achLine[0] = '\0';
+        } else if (!ReadRecordLine(sFill, achLine)) {
+            return eSdrFailed;
+        }
+        eStep = TakeFixedBytes(&sFill, achLine);
         if (eStep == eStepDone) {
             eStep = TakeIDString(sFill, achLine);
         }
