@@ -5,6 +5,7 @@
 #include "SDRTextFormat.h"
 #include "SDRValidate.h"
 #include "text/LineTokens.h"
+#include "text/TextLineScan.h"
 
 namespace {
 
@@ -17,9 +18,13 @@ bool IsBlank(const char* pchText)
     return *pchText == '\0';
 }
 
-bool IsHexDigit(char chValue)
+// The value of a hex digit, or 0xFF for any other character.
+uint8_t HexDigitValue(char chValue)
 {
-    return (chValue >= '0' && chValue <= '9') || (chValue >= 'A' && chValue <= 'F') || (chValue >= 'a' && chValue <= 'f');
+    return (chValue >= '0' && chValue <= '9')   ? static_cast<uint8_t>(chValue - '0')
+           : (chValue >= 'A' && chValue <= 'F') ? static_cast<uint8_t>(chValue - 'A' + 10)
+           : (chValue >= 'a' && chValue <= 'f') ? static_cast<uint8_t>(chValue - 'a' + 10)
+                                                : 0xFF;
 }
 
 // The tag line as the writer lays it out: the tag, blanks or tabs, two hex digits and the
@@ -37,12 +42,13 @@ int ReadPlainTagLine(const char* pchLine, const char* pchTag, uint8_t* pu8Value)
     while (*pchLine == ' ' || *pchLine == '\t') {
         pchLine++;
     }
-    if (!IsHexDigit(pchLine[0]) || !IsHexDigit(pchLine[1]) ||
-        (pchLine[2] != '\0' && (pchLine[2] != '\n' || pchLine[3] != '\0'))) {
+    const uint8_t u8High = HexDigitValue(pchLine[0]);
+    const uint8_t u8Low = HexDigitValue(pchLine[1]);
+    if ((u8High | u8Low) > 0x0F || (pchLine[2] != '\0' && (pchLine[2] != '\n' || pchLine[3] != '\0'))) {
         return 0;
     }
-    const char achDigits[3] = {pchLine[0], pchLine[1], '\0'};
-    return SDRParseHexByte(achDigits, pu8Value);
+    *pu8Value = static_cast<uint8_t>((u8High << 4) | u8Low);
+    return 1;
 }
 
 }  // namespace
@@ -57,6 +63,7 @@ eSDRFileState SDRReadRecordTypeLength(sTextFileContext* psContext, const char* p
     char achToken[SDR_LINE_BUFFER_SIZE];
     achToken[0] = '\0';
     while (achToken[0] == '\0') {
+        SkipSpaceLines(psContext, SDR_LINE_MAX_READ);  // they give no token
         if (!SDRReadTextLine(psContext, achLine)) {
             return eSdrFailed;
         }

@@ -83,34 +83,24 @@ eLineStep TakeHexByte(const sRecordFill& sFill, char* pchLine, uint8_t* pu8Value
     return eStepDone;
 }
 
-// One byte in front of the string start: a header byte is checked first, and the byte in
-// front of the string start is the type/length code.
-int StoreFixedByte(sRecordFill* psFill, uint8_t u8Value)
-{
-    SDREntry* psEntry = psFill->psEntry;
-    if (psEntry->u8DataOffset < SDR_RECORD_HEADER_SIZE &&
-        !SDRValidateRecordHeader(0, psFill->psContext->u16LineNumber, psEntry, u8Value)) {
-        return 0;
-    }
-    if (psEntry->u8DataOffset + 1 == psFill->u8StringStart) {
-        psFill->u8LengthCode = u8Value;
-    }
-    psEntry->au8RecordData[psEntry->u8DataOffset++] = u8Value;
-    return 1;
-}
-
 // The bytes in front of the string start, header bytes checked as they come.
 eLineStep TakeFixedBytes(sRecordFill* psFill, char* pchLine)
 {
-    while (psFill->psEntry->u8DataOffset < psFill->u8StringStart) {
+    SDREntry* psEntry = psFill->psEntry;
+    while (psEntry->u8DataOffset < psFill->u8StringStart) {
         uint8_t u8Value = 0;
         const eLineStep eStep = TakeHexByte(*psFill, pchLine, &u8Value);
         if (eStep != eStepDone) {
             return eStep;
         }
-        if (!StoreFixedByte(psFill, u8Value)) {
+        if (psEntry->u8DataOffset < SDR_RECORD_HEADER_SIZE &&
+            !SDRValidateRecordHeader(0, psFill->psContext->u16LineNumber, psEntry, u8Value)) {
             return eStepFailed;
         }
+        if (psEntry->u8DataOffset + 1 == psFill->u8StringStart) {
+            psFill->u8LengthCode = u8Value;
+        }
+        psEntry->au8RecordData[psEntry->u8DataOffset++] = u8Value;
     }
     return eStepDone;
 }
@@ -130,9 +120,9 @@ eLineStep TakeHexString(const sRecordFill& sFill, char* pchLine)
     return eStepDone;
 }
 
-// How many of the next bytes are hex bytes that need no check: the rest of the part in
-// front of the string start behind the header, or the rest of an ID string in hex.
-size_t PlainHexBytesWanted(const sRecordFill& sFill)
+// How many of the next bytes are hex bytes: the rest of the part in front of the string
+// start, or the rest of an ID string in hex.
+size_t HexBytesWanted(const sRecordFill& sFill)
 {
     const SDREntry* psEntry = sFill.psEntry;
     if (psEntry->u8DataOffset < sFill.u8StringStart) {
@@ -145,39 +135,35 @@ size_t PlainHexBytesWanted(const sRecordFill& sFill)
     return 0;
 }
 
-// Lines that hold one hex byte alone, the way the writer lays a record out, taken in runs
-// straight from the file: the same bytes, checks and line numbers as the steps above
-// give line by line. A header byte is taken on its own and checked before the next line
-// is read. eStepDone if a line was taken (nothing is left of it), eStepNeedLine if the
+// Lines that hold one hex byte alone, the way the writer lays a record out, taken in a
+// run straight from the file: the same bytes and checks as the steps above give line by
+// line. The header bytes among them are checked in turn, each with the number of its
+// own line; a failure ends the whole read, so the lines taken behind it are of no
+// account. eStepDone if a line was taken (nothing is left of it), eStepNeedLine if the
 // next line is of another kind, eStepFailed if a header byte failed its check.
 eLineStep TakeHexByteRuns(sRecordFill* psFill)
 {
     SDREntry* psEntry = psFill->psEntry;
-    bool bTaken = false;
-    while (psEntry->u8DataOffset < SDR_RECORD_HEADER_SIZE && psEntry->u8DataOffset < psFill->u8StringStart) {
-        uint8_t u8Value = 0;
-        if (TakeHexByteLines(psFill->psContext, &u8Value, 1, SDR_LINE_MAX_READ) == 0) {
-            return bTaken ? eStepDone : eStepNeedLine;
-        }
-        bTaken = true;
-        if (!StoreFixedByte(psFill, u8Value)) {
+    const size_t uWanted = HexBytesWanted(*psFill);
+    const uint8_t u8From = psEntry->u8DataOffset;
+    const uint16_t u16FirstLine = static_cast<uint16_t>(psFill->psContext->u16LineNumber + 1);
+    const size_t uTaken =
+        (uWanted == 0) ? 0 : TakeHexByteLines(psFill->psContext, &psEntry->au8RecordData[u8From], uWanted, SDR_LINE_MAX_READ);
+    if (uTaken == 0) {
+        return eStepNeedLine;
+    }
+    for (size_t i = 0; i < uTaken && u8From + i < SDR_RECORD_HEADER_SIZE; i++) {
+        psEntry->u8DataOffset = static_cast<uint8_t>(u8From + i);
+        if (!SDRValidateRecordHeader(0, static_cast<uint16_t>(u16FirstLine + i), psEntry,
+                                     psEntry->au8RecordData[u8From + i])) {
             return eStepFailed;
         }
     }
-    for (size_t uWanted = PlainHexBytesWanted(*psFill); uWanted != 0; uWanted = PlainHexBytesWanted(*psFill)) {
-        const bool bFixed = psEntry->u8DataOffset < psFill->u8StringStart;
-        const size_t uTaken = TakeHexByteLines(psFill->psContext, &psEntry->au8RecordData[psEntry->u8DataOffset],
-                                               uWanted, SDR_LINE_MAX_READ);
-        if (uTaken == 0) {
-            break;
-        }
-        bTaken = true;
-        psEntry->u8DataOffset = static_cast<uint8_t>(psEntry->u8DataOffset + uTaken);
-        if (bFixed && psEntry->u8DataOffset == psFill->u8StringStart) {
-            psFill->u8LengthCode = psEntry->au8RecordData[psFill->u8StringStart - 1];
-        }
+    psEntry->u8DataOffset = static_cast<uint8_t>(u8From + uTaken);
+    if (u8From < psFill->u8StringStart && psEntry->u8DataOffset == psFill->u8StringStart) {
+        psFill->u8LengthCode = psEntry->au8RecordData[psFill->u8StringStart - 1];
     }
-    return bTaken ? eStepDone : eStepNeedLine;
+    return eStepDone;
 }
 
 void ReportTooLong(const sRecordFill& sFill)
@@ -202,13 +188,13 @@ eLineStep TakeQuotedString(const sRecordFill& sFill, char* pchLine)
                              psEntry->u8RecordType, u16Line);
         return eStepFailed;
     }
-    if (strchr(pchLine + 1, kchQuote) == nullptr) {
+    // Without a closing quote the line is left as it is.
+    char achText[SDR_LINE_BUFFER_SIZE];
+    if (!ParseQuotedData(pchLine, achText, sizeof(achText))) {
         SDRReportFormatError("Quoted string \"%s\" in record type %02Xh is not complete. (line %d) \n", pchLine,
                              psEntry->u8RecordType, u16Line);
         return eStepFailed;
     }
-    char achText[SDR_LINE_BUFFER_SIZE];
-    ParseQuotedData(pchLine, achText, sizeof(achText));
     const size_t uCount = strlen(achText);
     if (uCount != (sFill.u8LengthCode & SDR_ID_STRING_LENGTH_MASK)) {
         SDRReportFormatError(

@@ -14,9 +14,15 @@
 // in its line feed, and that hold none of the characters of pchStops (ASCII characters;
 // in a UTF-16 file the characters of the same codes). Stops in front of the first other
 // line: one with a stop character, one longer than the limit, or a last line without a
-// line feed. Takes nothing for a limit below 128 bytes or more than 4 stop characters.
+// line feed. Takes nothing for a limit below 128 bytes, or with no stop character or
+// more than 4 of them.
 // Returns the number of lines taken.
 size_t SkipTextLinesWithout(sTextFileContext* psContext, const char* pchStops, size_t uMaxBytes);
+
+// Takes the lines that hold nothing but white space (blank, tab, vertical tab, form feed,
+// carriage return) in front of their line feed, within the limit uMaxBytes. Stops in
+// front of the first other line. Returns the number of lines taken.
+size_t SkipSpaceLines(sTextFileContext* psContext, size_t uMaxBytes);
 
 // Takes up to uMaxCount lines that hold exactly two hex digits (either case) and their
 // line feed, and stores the value of each at pu8Values, in turn. Stops in front of the

@@ -7,7 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
-size_t TextReadAhead(sTextFileContext* psContext, size_t uWanted)
+size_t TextFillAhead(sTextFileContext* psContext, size_t uWanted)
 {
     sTextReadAhead& sAhead = psContext->sAhead;
     if (sAhead.uEnd - sAhead.uNext >= uWanted || sAhead.bEndOfFile) {
