@@ -14,8 +14,8 @@
 // in its line feed, and that hold none of the characters of pchStops (ASCII characters;
 // in a UTF-16 file the characters of the same codes). Stops in front of the first other
 // line: one with a stop character, one longer than the limit, or a last line without a
-// line feed. Takes nothing for a limit below 128 bytes, or with no stop character or
-// more than 4 of them.
+// line feed. Takes nothing for a limit below 128 bytes, or unless there are one or two
+// stop characters.
 // Returns the number of lines taken.
 size_t SkipTextLinesWithout(sTextFileContext* psContext, const char* pchStops, size_t uMaxBytes);
 

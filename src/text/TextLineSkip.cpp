@@ -15,7 +15,7 @@ namespace {
 
 const uint16_t ku16LineFeed = TEXT_UNIT_LINE_FEED;
 const size_t kuBlockUnits = 64;  // the units of one step of the skip: one bit each in a mask
-const size_t kuMaxStops = 4;
+const size_t kuMaxStops = 2;
 
 // The stop characters of a skip, padded to kuMaxStops by repeating the first, so that
 // every block is compared with the same number of them.
@@ -106,6 +106,56 @@ sBlockMasks BlockMasks(const unsigned char* pu8, const sBlockUnits& sUnits)
     }
     return sMasks;
 }
+
+// The sum of the sixteen byte lanes.
+uint64_t SumOfLanes(__m128i vCounts)
+{
+    const __m128i vSums = _mm_sad_epu8(vCounts, _mm_setzero_si128());
+    return static_cast<uint64_t>(_mm_cvtsi128_si64(vSums)) +
+           static_cast<uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(vSums, vSums)));
+}
+
+// From the start of a line: the whole blocks that each hold a line feed and no stop
+// character, as far as uUnits reach. Every line that ends in them is then shorter than
+// two blocks, and only counted here, with no look at where it ends. Returns the units up
+// to and including the last line feed of the blocks taken, and their lines in *puLines.
+template <size_t W>
+size_t SkipPlainBlocks(const unsigned char* pu8, size_t uUnits, const sBlockUnits& sUnits, size_t* puLines)
+{
+    const size_t uLaneLimit = 255 / (kuBlockUnits / 16);  // blocks a lane can count before it overflows
+    size_t uBlocks = 0;
+    uint64_t u64Lines = 0;
+    __m128i vCounts = _mm_setzero_si128();
+    for (; (uBlocks + 1) * kuBlockUnits <= uUnits; uBlocks++) {
+        const unsigned char* pu8Block = pu8 + uBlocks * kuBlockUnits * W;
+        __m128i vAnyFeed = _mm_setzero_si128();
+        __m128i vAnyStop = _mm_setzero_si128();
+        __m128i vFeeds = _mm_setzero_si128();
+        for (size_t uPart = 0; uPart < kuBlockUnits / 16; uPart++) {
+            const unsigned char* pu8Part = pu8Block + uPart * 16 * W;
+            const __m128i vFeed = Equal16<W>(pu8Part, sUnits.vFeed);
+            for (const __m128i& vStop : sUnits.avStop) {
+                vAnyStop = _mm_or_si128(vAnyStop, Equal16<W>(pu8Part, vStop));
+            }
+            vAnyFeed = _mm_or_si128(vAnyFeed, vFeed);
+            vFeeds = _mm_sub_epi8(vFeeds, vFeed);  // all ones is -1: one more line feed
+        }
+        if (_mm_movemask_epi8(vAnyStop) != 0 || _mm_movemask_epi8(vAnyFeed) == 0) {
+            break;
+        }
+        vCounts = _mm_add_epi8(vCounts, vFeeds);
+        if ((uBlocks + 1) % uLaneLimit == 0) {
+            u64Lines += SumOfLanes(vCounts);
+            vCounts = _mm_setzero_si128();
+        }
+    }
+    *puLines = static_cast<size_t>(u64Lines + SumOfLanes(vCounts));
+    size_t uEnd = uBlocks * kuBlockUnits;
+    while (uEnd > 0 && TextUnitAt<W>(pu8 + (uEnd - 1) * W) != ku16LineFeed) {
+        uEnd--;
+    }
+    return uEnd;
+}
 #else
 struct sBlockUnits {
     sStopSet sStops;
@@ -122,6 +172,13 @@ sBlockMasks BlockMasks(const unsigned char* pu8, const sBlockUnits& sUnits)
 {
     return PlainMasks<W>(pu8, kuBlockUnits, sUnits.sStops);
 }
+
+template <size_t W>
+size_t SkipPlainBlocks(const unsigned char*, size_t, const sBlockUnits&, size_t* puLines)
+{
+    *puLines = 0;
+    return 0;
+}
 #endif
 
 // Lines of at most uMaxUnits units (line feed included, at least a block's) without a
@@ -130,6 +187,7 @@ template <size_t W>
 size_t SkipLines(sTextFileContext* psContext, const sStopSet& sStops, size_t uMaxUnits)
 {
     const sBlockUnits sUnits = MakeBlockUnits<W>(sStops);
+    const bool bPlainBlocks = uMaxUnits >= 2 * kuBlockUnits - 1;  // a line ending in the next block fits
     sTextReadAhead& sAhead = psContext->sAhead;
     size_t uLines = 0;
     size_t uScanned = 0;  // units of the current line looked at so far
@@ -139,7 +197,17 @@ size_t SkipLines(sTextFileContext* psContext, const sStopSet& sStops, size_t uMa
         if (uUnits == 0) {
             break;  // a last line without a line feed is left to the reader
         }
-        const unsigned char* pu8 = reinterpret_cast<const unsigned char*>(sAhead.achData + sAhead.uNext) + uScanned * W;
+        const unsigned char* pu8Line = reinterpret_cast<const unsigned char*>(sAhead.achData + sAhead.uNext);
+        size_t uPlainLines = 0;
+        const size_t uPlain = bPlainBlocks ? SkipPlainBlocks<W>(pu8Line, uHeld, sUnits, &uPlainLines) : 0;
+        if (uPlain != 0) {
+            sAhead.uNext += uPlain * W;
+            uLines += uPlainLines;
+            uScanned = 0;
+            continue;
+        }
+        // One block, line by line.
+        const unsigned char* pu8 = pu8Line + uScanned * W;
         const sBlockMasks sMasks =
             (uUnits == kuBlockUnits) ? BlockMasks<W>(pu8, sUnits) : PlainMasks<W>(pu8, uUnits, sStops);
         // The lines that end in this block before its first stop character are taken.
