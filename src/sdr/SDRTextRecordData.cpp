@@ -195,7 +195,10 @@ eLineStep TakeQuotedString(const sRecordFill& sFill, char* pchLine)
                              psEntry->u8RecordType, u16Line);
         return eStepFailed;
     }
-    const size_t uCount = strlen(achText);
+    size_t uCount = 0;  // counted here: a library call costs more than a short string
+    while (achText[uCount] != '\0') {
+        uCount++;
+    }
     if (uCount != (sFill.u8LengthCode & SDR_ID_STRING_LENGTH_MASK)) {
         SDRReportFormatError(
             "String length (%02Xh) is not consistent with Type/Length Code (%02X) in record type %02Xh. (line %d) \n",

@@ -46,6 +46,10 @@ void TrimSideSpace(char* pchLine)
     while (IsPosixSpace(pchLine[uStart])) {
         uStart++;
     }
+    if (pchLine[uStart] == '\0') {
+        pchLine[0] = '\0';  // white space alone
+        return;
+    }
     size_t uEnd = uStart + strlen(pchLine + uStart);
     while (uEnd > uStart && IsPosixSpace(pchLine[uEnd - 1])) {
         uEnd--;
