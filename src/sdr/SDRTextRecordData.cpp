@@ -172,11 +172,58 @@ void ReportTooLong(const sRecordFill& sFill)
                          sFill.psContext->u16LineNumber);
 }
 
-// The ID string as one quoted string of 8-bit characters, as many as the code's low six
-// bits say. Its characters are stored only when they fit the record's length (at most
-// 40h, inside au8RecordData); a longer string is the too-long report it would give.
+// The characters of the ID string into the record, as many as the code's low six bits
+// say. They are stored only when they fit the record's length (at most 40h, inside
+// au8RecordData); a longer string is the too-long report it would give.
+eLineStep StoreQuotedText(const sRecordFill& sFill, const char* pchText, size_t uCount)
+{
+    SDREntry* psEntry = sFill.psEntry;
+    if (uCount != (sFill.u8LengthCode & SDR_ID_STRING_LENGTH_MASK)) {
+        SDRReportFormatError(
+            "String length (%02Xh) is not consistent with Type/Length Code (%02X) in record type %02Xh. (line %d) \n",
+            static_cast<unsigned>(uCount), sFill.u8LengthCode, psEntry->u8RecordType, sFill.psContext->u16LineNumber);
+        return eStepFailed;
+    }
+    if (psEntry->u8DataOffset + uCount > psEntry->u8RecordLength) {
+        ReportTooLong(sFill);
+        return eStepFailed;
+    }
+    // Character by character: a short string costs no block copy.
+    uint8_t* pu8To = &psEntry->au8RecordData[psEntry->u8DataOffset];
+    for (const char* pch = pchText; pch != pchText + uCount; pch++) {
+        *pu8To++ = static_cast<uint8_t>(*pch);
+    }
+    psEntry->u8DataOffset = static_cast<uint8_t>(psEntry->u8DataOffset + uCount);
+    return eStepDone;
+}
+
+// The string as the writer lays it out: an apostrophe first on the line, and the last
+// one at its end. Trimming and parsing such a line give the text between them and leave
+// nothing, so it is found at once. 1 with the text, else 0.
+int FindPlainQuotedString(const char* pchLine, const char** ppchText, size_t* puCount)
+{
+    if (pchLine[0] != kchQuote) {
+        return 0;
+    }
+    const char* pchClose = strrchr(pchLine + 1, kchQuote);
+    if (pchClose == nullptr || (pchClose[1] != '\0' && (pchClose[1] != '\n' || pchClose[2] != '\0'))) {
+        return 0;
+    }
+    *ppchText = pchLine + 1;
+    *puCount = static_cast<size_t>(pchClose - pchLine) - 1;
+    return 1;
+}
+
+// The ID string as one quoted string of 8-bit characters.
 eLineStep TakeQuotedString(const sRecordFill& sFill, char* pchLine)
 {
+    const char* pchPlain = nullptr;
+    size_t uCount = 0;
+    if (FindPlainQuotedString(pchLine, &pchPlain, &uCount)) {
+        const eLineStep eStep = StoreQuotedText(sFill, pchPlain, uCount);
+        pchLine[0] = '\0';  // nothing follows the string
+        return eStep;
+    }
     TrimSideSpace(pchLine);
     if (pchLine[0] == '\0') {
         return eStepNeedLine;
@@ -195,27 +242,7 @@ eLineStep TakeQuotedString(const sRecordFill& sFill, char* pchLine)
                              psEntry->u8RecordType, u16Line);
         return eStepFailed;
     }
-    size_t uCount = 0;  // counted here: a library call costs more than a short string
-    while (achText[uCount] != '\0') {
-        uCount++;
-    }
-    if (uCount != (sFill.u8LengthCode & SDR_ID_STRING_LENGTH_MASK)) {
-        SDRReportFormatError(
-            "String length (%02Xh) is not consistent with Type/Length Code (%02X) in record type %02Xh. (line %d) \n",
-            static_cast<unsigned>(uCount), sFill.u8LengthCode, psEntry->u8RecordType, u16Line);
-        return eStepFailed;
-    }
-    if (psEntry->u8DataOffset + uCount > psEntry->u8RecordLength) {
-        ReportTooLong(sFill);
-        return eStepFailed;
-    }
-    // Character by character: a short string costs no block copy.
-    uint8_t* pu8To = &sFill.psEntry->au8RecordData[psEntry->u8DataOffset];
-    for (const char* pch = achText; *pch != '\0'; pch++) {
-        *pu8To++ = static_cast<uint8_t>(*pch);
-    }
-    sFill.psEntry->u8DataOffset = static_cast<uint8_t>(psEntry->u8DataOffset + uCount);
-    return eStepDone;
+    return StoreQuotedText(sFill, achText, strlen(achText));
 }
 
 // The part of the record from the string start on, in the form its type and code call for.
