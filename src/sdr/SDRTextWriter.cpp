@@ -31,6 +31,23 @@ struct sRecordText {
     size_t uUsed;
 };
 
+// Where the record's ID string stands as a quoted line: its string start, or 0 when the
+// record shows no quoted line (a type without an ID string, a code that asks for hex,
+// or a holder out of shape, which validation refuses).
+uint8_t QuotedStringStart(const SDREntry* psEntry)
+{
+    const uint8_t u8Type = psEntry->u8RecordType;
+    if (!SDRHasIDString(u8Type) || u8Type >= SDR_TYPE_TABLE_SIZE) {
+        return 0;
+    }
+    const uint8_t u8Start = SDR_STRING_START_POSITION[u8Type];
+    if (u8Start == 0 || u8Start > psEntry->u8RecordLength || psEntry->u8RecordLength > SDR_RECORD_DATA_SIZE) {
+        return 0;
+    }
+    const uint8_t u8Code = psEntry->au8RecordData[u8Start - 1];
+    return ((u8Code & SDR_ID_STRING_8BIT) == SDR_ID_STRING_8BIT) ? u8Start : 0;
+}
+
 // Appends formatted text; 0, with the text cut back to what it held, if it doesn't fit.
 int AppendText(sRecordText* psText, const char* pchFormat, ...) __attribute__((format(printf, 2, 3)));
 
@@ -88,7 +105,7 @@ int ComposeRecord(const SDREntry* psEntry, sRecordText* psText)
         return 0;
     }
     if (SDRHasIDString(psEntry->u8RecordType)) {
-        const int iFits = (SDRQuotedStringStart(psEntry) != 0) ? AppendQuotedLine(psText, pu8Data, u8StringStart, u8Length)
+        const int iFits = (QuotedStringStart(psEntry) != 0) ? AppendQuotedLine(psText, pu8Data, u8StringStart, u8Length)
                                                               : AppendHexLines(psText, pu8Data, u8StringStart, u8Length);
         if (!iFits) {
             return 0;
@@ -101,7 +118,7 @@ int ComposeRecord(const SDREntry* psEntry, sRecordText* psText)
 // the line's text, a line feed would break it in two. -1 when there is none.
 int FindUncarriableByte(const SDREntry* psEntry)
 {
-    const uint8_t u8Start = SDRQuotedStringStart(psEntry);
+    const uint8_t u8Start = QuotedStringStart(psEntry);
     for (uint8_t i = u8Start; u8Start != 0 && i < psEntry->u8RecordLength; i++) {
         if (psEntry->au8RecordData[i] == 0x00 || psEntry->au8RecordData[i] == '\n') {
             return psEntry->au8RecordData[i];
@@ -124,7 +141,7 @@ int CheckIDStringsCarriable(const SDREntry* psList)
         if (iByte >= 0) {
             fprintf(stderr,
                     "<ERROR> Incorrect SDR data. \nThe ID string of record ID %04Xh holds the byte %02Xh, "
-                    "which a quoted string can't carry; no file was written. (record %d) \n",
+                    "which a quoted string can't carry; the file is left as it was. (record %d) \n",
                     psList[i].u16RecordID, iByte, u16Position);
             return 0;
         }
@@ -143,7 +160,7 @@ void WarnInconsistentIDStrings(const SDREntry* psList)
             continue;
         }
         u16Position++;
-        const uint8_t u8Start = SDRQuotedStringStart(psEntry);
+        const uint8_t u8Start = QuotedStringStart(psEntry);
         if (u8Start == 0) {
             continue;
         }
@@ -209,20 +226,6 @@ int WriteSection(FILE* pFile, const char* pchPath, eFileEncoding eEncoding)
 }
 
 }  // namespace
-
-uint8_t SDRQuotedStringStart(const SDREntry* psEntry)
-{
-    const uint8_t u8Type = psEntry->u8RecordType;
-    if (!SDRHasIDString(u8Type) || u8Type >= SDR_TYPE_TABLE_SIZE) {
-        return 0;
-    }
-    const uint8_t u8Start = SDR_STRING_START_POSITION[u8Type];
-    if (u8Start == 0 || u8Start > psEntry->u8RecordLength || psEntry->u8RecordLength > SDR_RECORD_DATA_SIZE) {
-        return 0;
-    }
-    const uint8_t u8Code = psEntry->au8RecordData[u8Start - 1];
-    return ((u8Code & SDR_ID_STRING_8BIT) == SDR_ID_STRING_8BIT) ? u8Start : 0;
-}
 
 int SaveSDRFile(const char* pchPath, eFileEncoding eEncoding)
 {

@@ -14,17 +14,12 @@
 // Saves the occupied holders of G_psRepositorySDREntryList, in index order, to
 // pchPath in eEncoding and prints "The SDR data has been saved in file %s! \n". Returns
 // 1, or 0 with the failure reported:
-//  - an ID string that no quoted line can carry (a zero byte or a line feed in it): the
-//    file is not touched;
+//  - a quoted ID string that no line can carry (a zero byte or a line feed in it): the
+//    file is left as it was;
 //  - the file can't be created, or a write fails (the disk-full dialogue ran);
 //  - a record fails SDRValidateRawData: the file has been created and stays empty.
 // A quoted ID string whose length disagrees with its code is saved as it stands, and a
 // warning on standard error names the record, which the reader will refuse.
 int SaveSDRFile(const char* pchPath, eFileEncoding eEncoding);
-
-// Where the record's ID string stands as a quoted line: its string start, or 0 when the
-// record shows no quoted line (a type without an ID string, a code that asks for hex,
-// or a holder out of shape).
-uint8_t SDRQuotedStringStart(const SDREntry* psEntry);
 
 #endif

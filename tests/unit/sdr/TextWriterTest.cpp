@@ -164,10 +164,10 @@ INSTANTIATE_TEST_SUITE_P(
                  "<ERROR> Incorrect SDR data. \nRecord type (04h) is reserved. (record 2) \n", ""},
         FailCase{"ZeroInQuotedString", 0, 0x11, 0x00, "old.sdr", 0,
                  "<ERROR> Incorrect SDR data. \nThe ID string of record ID 0001h holds the byte 00h, which a quoted "
-                 "string can't carry; no file was written. (record 1) \n", "old"},
+                 "string can't carry; the file is left as it was. (record 1) \n", "old"},
         FailCase{"LineFeedInQuotedString", 9, 0x12, 0x0A, "old.sdr", 0,
                  "<ERROR> Incorrect SDR data. \nThe ID string of record ID 000Ah holds the byte 0Ah, which a quoted "
-                 "string can't carry; no file was written. (record 10) \n", "old"},
+                 "string can't carry; the file is left as it was. (record 10) \n", "old"},
         FailCase{"LineFeedInHexString", 6, 0x12, 0x0A, "old.sdr", 1, "", "\xFF\xFE_"},
         FailCase{"CodeLongerThanString", 0, 0x0F, 0xC4, "old.sdr", 1,
                  "Warning: The ID string of record ID 0001h has 03h characters, but its Type/Length Code (C4) says "
