@@ -1,10 +1,16 @@
 #!/usr/bin/env bash
-# Regenerates the binary SDR example files from the generator's built-in records.
+# Regenerates the example files: the binary SDR files from the SDR generator's built-in
+# records, and the raw FRU images from the descriptions in tools/frugen/samples.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake -S . -B build >/dev/null
-cmake --build build --target tavrin-sdrgen -j2 >/dev/null
+cmake --build build --target tavrin-sdrgen tavrin-frugen -j2 >/dev/null
 for v in 0 1 2; do
   build/tools/tavrin-sdrgen "$v" "examples/sample-v$v.sdr"
 done
 echo "examples/sample-v{0,1,2}.sdr written"
+for description in tools/frugen/samples/*.frudesc; do
+  name=$(basename "$description" .frudesc)
+  build/tools/tavrin-frugen "$description" "examples/sample-$name.fru"
+  echo "examples/sample-$name.fru written"
+done
