@@ -12,7 +12,7 @@ const char kFaultUsage[] = "fault <netfn|any> <cmd|any> <n> <kind> [<value>] [on
 
 bool TakesValue(eSimFaultKind eKind)
 {
-    return eKind == eSimFaultCompletionCode || eKind == eSimFaultErrno;
+    return eKind == eSimFaultCompletionCode || eKind == eSimFaultErrno || eKind == eSimFaultPartial;
 }
 
 // The optional value and mode behind the kind.
@@ -20,12 +20,12 @@ int ReadFaultTail(int iArgc, char** ppchArgv, sSimFault* psFault)
 {
     int iNext = 0;
     if (TakesValue(psFault->eKind)) {
-        uint32_t u32Limit = (psFault->eKind == eSimFaultCompletionCode) ? 0xFF : 0x7FFFFFFF;
+        uint32_t u32Limit = (psFault->eKind == eSimFaultErrno) ? 0x7FFFFFFF : 0xFF;
         if (iNext >= iArgc || !CliUnsigned(ppchArgv[iNext], u32Limit, &psFault->u32Value, "the fault's value")) {
             return (iNext >= iArgc) ? CliFail("a %s fault needs a value", SimFaultName(psFault->eKind)) : 1;
         }
         iNext++;
-        if (psFault->u32Value == 0) {
+        if (psFault->u32Value == 0 && psFault->eKind != eSimFaultPartial) {
             return CliFail("a %s fault needs a value other than 0", SimFaultName(psFault->eKind));
         }
     }
