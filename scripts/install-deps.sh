@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs, from Debian's packages, what building and testing Tavrin needs and this
-# machine lacks: the compiler and CMake, GoogleTest, and for the LAN tests ipmitool and
-# OpenIPMI's ipmi_sim. Does nothing when everything is there.
+# machine lacks: the compiler and CMake, GoogleTest, for the LAN tests ipmitool and
+# OpenIPMI's ipmi_sim, and FreeIPMI's ipmi-fru, which reads the example FRU images.
+# Does nothing when everything is there.
 set -euo pipefail
 missing=()
 command -v cmake >/dev/null || missing+=(cmake)
@@ -11,6 +12,7 @@ command -v make >/dev/null || missing+=(make)
 [ -f /usr/include/gmock/gmock.h ] || missing+=(libgmock-dev)
 command -v ipmitool >/dev/null || missing+=(ipmitool)
 command -v ipmi_sim >/dev/null || missing+=(openipmi)
+command -v ipmi-fru >/dev/null || [ -x /usr/sbin/ipmi-fru ] || missing+=(freeipmi-tools)
 if [ ${#missing[@]} -gt 0 ]; then
   echo "Installing: ${missing[*]}"
   sudo=""
