@@ -6,8 +6,8 @@
 namespace {
 
 const char* const kAreaTags[FRU_AREA_TABLE_SIZE] = {
-    "_SEE_COMMON", "_SEE_INTERNAL", "_SEE_CHASSIS", "_SEE_BOARD", "_SEE_PRODUCT", "_SEE_MULTIRECORD", "_SEE_PAD",
-    "checksum",
+    "_SEE_COMMON",  "_SEE_INTERNAL",    "_SEE_CHASSIS", "_SEE_BOARD",
+    "_SEE_PRODUCT", "_SEE_MULTIRECORD", "_SEE_PAD",     "checksum",
 };
 
 // The next present area behind row i, or 0 when there is none.

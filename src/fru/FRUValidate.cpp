@@ -180,12 +180,14 @@ int FRUValidateChassisBoardProductArea(sFRUValidateState* psState, sFRUAreaInfo*
     const uint16_t u16AreaLength = static_cast<uint16_t>(u8Units * FRU_AREA_UNIT);
     if (u8Units == 0) {
         ReportIncorrect(bInventoryData);
-        std::fprintf(stderr, "The area length field (0x%02X) in %s Area is not correct. \n", u8Units, FRUAreaName(psRow));
+        std::fprintf(stderr, "The area length field (0x%02X) in %s Area is not correct. \n", u8Units,
+                     FRUAreaName(psRow));
         return 0;
     }
     if (psRow->u16Length != 0 && psRow->u16Length != u16AreaLength) {
         ReportIncorrect(bInventoryData);
-        std::fprintf(stderr, "The area length field (0x%02X) in %s Area is not consistent with the information in %s Area. \n",
+        std::fprintf(stderr,
+                     "The area length field (0x%02X) in %s Area is not consistent with the information in %s Area. \n",
                      u8Units, FRUAreaName(psRow), "COMMON");
         return 0;
     }

@@ -77,7 +77,8 @@ eState WriteFRUBlock(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, const 
     std::memcpy(sMessage.au8RequestData + FRU_WRITE_HEAD_SIZE, pu8Data, u8Size);
     DebugMessage("\n=> CMD_WRITE_FRU_DATA\n");
     if (DoIPMICommand(IPMI_NETFN_STORAGE_LUN0, IPMI_CMD_WRITE_FRU_DATA, &sMessage) == 0) {
-        RepositoryWriteLine(stderr, "<ERROR> Error in executing IPMI command because of: Failure to write data to FRU.");
+        RepositoryWriteLine(stderr,
+                            "<ERROR> Error in executing IPMI command because of: Failure to write data to FRU.");
         RepositoryWriteCompletionCode(sMessage.u8CompletionCode);
         return eStateFailed;
     }
@@ -115,7 +116,8 @@ eState GetFRUInventoryAreaInfoCommand(uint8_t u8FruID)
 
 eState ReadFRUDataCommand(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Count)
 {
-    if (G_pu8InventoryFRUDataBuffer == nullptr || u16Offset + FRU_BLOCK_SIZE > G_u16FRUInventoryAreaSize + FRU_BLOCK_SIZE) {
+    if (G_pu8InventoryFRUDataBuffer == nullptr ||
+        u16Offset + FRU_BLOCK_SIZE > G_u16FRUInventoryAreaSize + FRU_BLOCK_SIZE) {
         RepositoryReportInternalError();
         return eStateFailed;
     }
@@ -159,8 +161,8 @@ eState WriteFRUDataCommand(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, 
     return WriteFRUBlock(u8FruID, u16Offset, u8Size, pu8Buffer + u16Offset);
 }
 
-eState WriteFRUDataCommandFromLocalBuffer(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size,
-                                          const uint8_t* pu8Buffer, uint8_t u8Position)
+eState WriteFRUDataCommandFromLocalBuffer(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, const uint8_t* pu8Buffer,
+                                          uint8_t u8Position)
 {
     if (pu8Buffer == nullptr || u8Size > FRU_WRITE_DATA_LIMIT) {
         RepositoryReportInternalError();

@@ -30,7 +30,7 @@ eState WriteFRUDataCommand(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, 
 
 // Writes u8Size bytes of pu8Buffer, taken at u8Position, to the device at u16Offset.
 // eStateFRUWriteOK or eStateFailed.
-eState WriteFRUDataCommandFromLocalBuffer(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size,
-                                          const uint8_t* pu8Buffer, uint8_t u8Position);
+eState WriteFRUDataCommandFromLocalBuffer(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, const uint8_t* pu8Buffer,
+                                          uint8_t u8Position);
 
 #endif

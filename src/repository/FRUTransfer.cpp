@@ -36,7 +36,8 @@ eState DownloadFRUHandler(uint8_t u8FruID)
     eState eResult = eStateFRUInfoOK;
     const uint32_t u32Size = G_u16RawDataSizeFromFRUFile;
     for (uint32_t u32Offset = 0; u32Offset < u32Size;) {
-        const uint32_t u32Block = (u32Offset + FRU_BLOCK_SIZE >= u32Size) ? u32Size - u32Offset : uint32_t{FRU_BLOCK_SIZE};
+        const uint32_t u32Block =
+            (u32Offset + FRU_BLOCK_SIZE >= u32Size) ? u32Size - u32Offset : uint32_t{FRU_BLOCK_SIZE};
         eResult = WriteFRUDataCommand(u8FruID, static_cast<uint16_t>(u32Offset), static_cast<uint8_t>(u32Block),
                                       G_pu8LocalFRUDataBuffer);
         if (eResult == eStateFailed) {

@@ -116,7 +116,9 @@ TEST(FruPeers, FreeIPMIDecodesTheExamples)
         EXPECT_EQ(0, s.iStatus) << s.sErr;
         EXPECT_EQ("", s.sErr);
         EXPECT_EQ(std::string::npos, s.sOut.find("hecksum")) << s.sOut;
-        for (const std::string& sLine : sExample.second) EXPECT_NE(std::string::npos, s.sOut.find(sLine)) << sLine << s.sOut;
+        for (const std::string& sLine : sExample.second) {
+            EXPECT_NE(std::string::npos, s.sOut.find(sLine)) << sLine << s.sOut;
+        }
     }
 }
 

@@ -61,7 +61,9 @@ TEST_P(FruRoundTripTest, DownloadsThenVerifies)
 INSTANTIATE_TEST_SUITE_P(RoutesAndExamples, FruRoundTripTest,
                          ::testing::Combine(::testing::Values(Route::Driver, Route::KcsIO, Route::Lan),
                                             ::testing::Values("server", "card")),
-                         [](const auto& i) { return std::string(RouteName(std::get<0>(i.param))) + std::get<1>(i.param); });
+                         [](const auto& i) {
+                             return std::string(RouteName(std::get<0>(i.param))) + std::get<1>(i.param);
+                         });
 
 TEST(FruExchanges, WritesAndReadsBlocksOfSixteenBytesFromOffsetZero)
 {
@@ -138,8 +140,9 @@ INSTANTIATE_TEST_SUITE_P(
                        kBinary + "Start to download FRU data! \n",
                        "FRU file size too big, can not download. \nFailure to download FRU data! \n\n",
                        [](const Bytes&) { return Bytes(254, 0xFF); }},
-        FruOutcomeCase{"WriteRefusedHalfWayKeepsWhatWasWritten", {kArea512, {"fault", "0x0a", "0x12", "3", "cc", "0x80"}},
-                       kDownload, 1, kBinary + "Start to download FRU data! \n",
+        FruOutcomeCase{"WriteRefusedHalfWayKeepsWhatWasWritten",
+                       {kArea512, {"fault", "0x0a", "0x12", "3", "cc", "0x80"}}, kDownload, 1,
+                       kBinary + "Start to download FRU data! \n",
                        "<ERROR> Error in executing IPMI command because of: Failure to write data to FRU.\ncc = 80 \n"
                        "Failure to download FRU data! \n\n",
                        [](const Bytes& v) { return Written(Bytes(v.begin(), v.begin() + 32)); }},
@@ -158,12 +161,15 @@ INSTANTIATE_TEST_SUITE_P(
                        "<ERROR> Error in executing IPMI command because of: \nFRU Device 0xFE error or not exist.\n"
                        "cc = CB \nFailure to check the FRU Inventory device.\nVerify FRU file failed!\n",
                        [](const Bytes& v) { return Written(v, 512); }},
-        FruOutcomeCase{"VerifyChangedDevice", {{"fru-load", "0", "changed.fru", "512"}}, kVerify, 1, kBinary, kDifferent,
+        FruOutcomeCase{"VerifyChangedDevice", {{"fru-load", "0", "changed.fru", "512"}}, kVerify, 1, kBinary,
+                       kDifferent,
                        [](const Bytes& v) { Bytes vDevice = Written(v); vDevice[0x40]++; return vDevice; }},
-        FruOutcomeCase{"VerifyShortRead", {kLoaded, {"fault", "0x0a", "0x11", "3", "partial", "4"}}, kVerify, 1, kBinary,
+        FruOutcomeCase{"VerifyShortRead", {kLoaded, {"fault", "0x0a", "0x11", "3", "partial", "4"}}, kVerify, 1,
+                       kBinary,
                        kReadFailed + "cc = 0 \nOnly 4 of 16 bytes came back from offset 0x20. \n" + kDifferent,
                        [](const Bytes& v) { return Written(v); }},
-        FruOutcomeCase{"VerifyRefusedRead", {kLoaded, {"fault", "0x0a", "0x11", "16", "cc", "0xc9"}}, kVerify, 1, kBinary,
+        FruOutcomeCase{"VerifyRefusedRead", {kLoaded, {"fault", "0x0a", "0x11", "16", "cc", "0xc9"}}, kVerify, 1,
+                       kBinary,
                        kReadFailed + "cc = C9 \n" + kDifferent, [](const Bytes& v) { return Written(v); }}),
     [](const ::testing::TestParamInfo<FruOutcomeCase>& i) { return std::string(i.param.pchName); });
 

@@ -25,11 +25,11 @@ struct sPowerSupplyValue {
 };
 
 const sPowerSupplyValue kPowerSupplyValues[] = {
-    {"capacity-watts", 0, 2, 0, 0xFFF},  {"peak-va", 2, 2, 0, 0xFFFF},       {"inrush-amps", 4, 1, 0, 0xFF},
-    {"inrush-ms", 5, 1, 0, 0xFF},        {"low-input-1", 6, 2, 0, 0xFFFF},    {"high-input-1", 8, 2, 0, 0xFFFF},
-    {"low-input-2", 10, 2, 0, 0xFFFF},   {"high-input-2", 12, 2, 0, 0xFFFF},  {"low-frequency", 14, 1, 0, 0xFF},
-    {"high-frequency", 15, 1, 0, 0xFF},  {"dropout-ms", 16, 1, 0, 0xFF},      {"flags", 17, 1, 0, 0xFF},
-    {"peak-watts", 18, 2, 0, 0xFFF},     {"holdup-seconds", 18, 2, 12, 0xF},  {"combined-voltages", 20, 1, 0, 0xFF},
+    {"capacity-watts", 0, 2, 0, 0xFFF},   {"peak-va", 2, 2, 0, 0xFFFF},       {"inrush-amps", 4, 1, 0, 0xFF},
+    {"inrush-ms", 5, 1, 0, 0xFF},         {"low-input-1", 6, 2, 0, 0xFFFF},   {"high-input-1", 8, 2, 0, 0xFFFF},
+    {"low-input-2", 10, 2, 0, 0xFFFF},    {"high-input-2", 12, 2, 0, 0xFFFF}, {"low-frequency", 14, 1, 0, 0xFF},
+    {"high-frequency", 15, 1, 0, 0xFF},   {"dropout-ms", 16, 1, 0, 0xFF},     {"flags", 17, 1, 0, 0xFF},
+    {"peak-watts", 18, 2, 0, 0xFFF},      {"holdup-seconds", 18, 2, 12, 0xF}, {"combined-voltages", 20, 1, 0, 0xFF},
     {"combined-watts", 21, 2, 0, 0xFFFF}, {"tach-threshold", 23, 1, 0, 0xFF},
 };
 const size_t kPowerSupplySize = 24;
@@ -62,7 +62,9 @@ bool Hex(const std::string& sText, TFruBytes* pvBytes)
     std::istringstream sWords(sText);
     for (std::string sWord; sWords >> sWord;) {
         unsigned long ulByte = 0;
-        if (sWord.size() != 2 || !Number("0x" + sWord, 0xFF, &ulByte)) return false;
+        if (sWord.size() != 2 || !Number("0x" + sWord, 0xFF, &ulByte)) {
+            return false;
+        }
         pvBytes->push_back(static_cast<uint8_t>(ulByte));
     }
     return true;
@@ -119,9 +121,13 @@ bool AddField(sBuilder* ps, const std::string& sName, const std::string& sRest, 
     std::string sEncoding, sValue;
     sWords >> sEncoding;
     std::getline(sWords, sValue);
-    if (sEncoding != "binary" && !Quoted(sValue, &sValue)) return Fail(psError, "the value needs double quotes");
+    if (sEncoding != "binary" && !Quoted(sValue, &sValue)) {
+        return Fail(psError, "the value needs double quotes");
+    }
     TFruBytes vField;
-    if (!FruEncodeField(sEncoding, sValue, &vField, psError)) return false;
+    if (!FruEncodeField(sEncoding, sValue, &vField, psError)) {
+        return false;
+    }
     ps->vFields.push_back(vField);
     ps->uStandard += (sName == "custom") ? 0 : 1;
     return true;
@@ -135,7 +141,9 @@ bool SetFixed(sBuilder* ps, const std::string& sKey, const std::string& sRest, s
     } else if (ps->eArea != eChassis && sKey == "language" && Number(sRest, 0xFF, &ulValue)) {
         ps->vFixed[0] = static_cast<uint8_t>(ulValue);
     } else if (ps->eArea == eBoard && sKey == "made" && Minutes(sRest, &ulValue)) {
-        for (size_t i = 0; i < 3; i++) ps->vFixed[1 + i] = static_cast<uint8_t>(ulValue >> (8 * i));
+        for (size_t i = 0; i < 3; i++) {
+            ps->vFixed[1 + i] = static_cast<uint8_t>(ulValue >> (8 * i));
+        }
     } else {
         return Fail(psError, "\"" + sKey + " " + sRest + "\" is no setting of this area");
     }
@@ -146,10 +154,16 @@ bool SetPowerSupplyValue(sBuilder* ps, const std::string& sKey, const std::strin
 {
     for (const sPowerSupplyValue& s : kPowerSupplyValues) {
         unsigned long ulValue = 0;
-        if (sKey != s.pchName) continue;
-        if (!Number(sRest, s.ulMax, &ulValue)) return Fail(psError, sKey + " takes a number up to " + std::to_string(s.ulMax));
+        if (sKey != s.pchName) {
+            continue;
+        }
+        if (!Number(sRest, s.ulMax, &ulValue)) {
+            return Fail(psError, sKey + " takes a number up to " + std::to_string(s.ulMax));
+        }
         TFruBytes& vData = ps->vRecords.back().vData;
-        for (size_t i = 0; i < s.uWidth; i++) vData[s.uOffset + i] |= static_cast<uint8_t>((ulValue << s.uShift) >> (8 * i));
+        for (size_t i = 0; i < s.uWidth; i++) {
+            vData[s.uOffset + i] |= static_cast<uint8_t>((ulValue << s.uShift) >> (8 * i));
+        }
         return true;
     }
     return Fail(psError, "\"" + sKey + "\" is no value of a power supply record");
@@ -160,11 +174,15 @@ bool CloseArea(sBuilder* ps, std::string* psError)
 {
     if (ps->eArea >= eChassis && ps->eArea <= eProduct) {
         const std::vector<std::string>& vNames = kStandardFields[ps->eArea];
-        if (ps->uStandard < vNames.size()) return Fail(psError, "the area lacks the field \"" + vNames[ps->uStandard] + "\"");
+        if (ps->uStandard < vNames.size()) {
+            return Fail(psError, "the area lacks the field \"" + vNames[ps->uStandard] + "\"");
+        }
         TFruBytes* apv[] = {nullptr, &ps->sParts.vChassis, &ps->sParts.vBoard, &ps->sParts.vProduct};
         *apv[ps->eArea] = FruInfoArea(ps->vFixed, ps->vFields);
     } else if (ps->eArea == eMultiRecord || ps->eArea == ePowerSupply) {
-        if (ps->vRecords.empty()) return Fail(psError, "the multi-record area has no record");
+        if (ps->vRecords.empty()) {
+            return Fail(psError, "the multi-record area has no record");
+        }
         for (size_t i = 0; i < ps->vRecords.size(); i++) {
             TFruBytes v = FruMultiRecord(ps->vRecords[i].u8Type, i + 1 == ps->vRecords.size(), ps->vRecords[i].vData);
             ps->sParts.vMultiRecord.insert(ps->sParts.vMultiRecord.end(), v.begin(), v.end());
@@ -176,8 +194,12 @@ bool CloseArea(sBuilder* ps, std::string* psError)
 
 bool OpenArea(sBuilder* ps, eSection eArea, TFruBytes* pvPart, std::string* psError)
 {
-    if (!CloseArea(ps, psError)) return false;
-    if (!pvPart->empty()) return Fail(psError, "the area is described twice");
+    if (!CloseArea(ps, psError)) {
+        return false;
+    }
+    if (!pvPart->empty()) {
+        return Fail(psError, "the area is described twice");
+    }
     ps->eArea = eArea;
     ps->vFields.clear();
     ps->uStandard = 0;
@@ -188,13 +210,26 @@ bool OpenArea(sBuilder* ps, eSection eArea, TFruBytes* pvPart, std::string* psEr
 bool ParseLine(sBuilder* ps, const std::string& sKey, const std::string& sRest, std::string* psError)
 {
     if (sKey == "internal") {
-        if (!CloseArea(ps, psError)) return false;
-        if (!Hex(sRest, &ps->sParts.vInternal) || ps->sParts.vInternal.empty()) return Fail(psError, "internal takes hex bytes");
+        if (!CloseArea(ps, psError)) {
+            return false;
+        }
+        if (!ps->sParts.vInternal.empty()) {
+            return Fail(psError, "the area is described twice");
+        }
+        if (!Hex(sRest, &ps->sParts.vInternal) || ps->sParts.vInternal.empty()) {
+            return Fail(psError, "internal takes hex bytes");
+        }
         return true;
     }
-    if (sKey == "chassis") return OpenArea(ps, eChassis, &ps->sParts.vChassis, psError);
-    if (sKey == "board") return OpenArea(ps, eBoard, &ps->sParts.vBoard, psError);
-    if (sKey == "product") return OpenArea(ps, eProduct, &ps->sParts.vProduct, psError);
+    if (sKey == "chassis") {
+        return OpenArea(ps, eChassis, &ps->sParts.vChassis, psError);
+    }
+    if (sKey == "board") {
+        return OpenArea(ps, eBoard, &ps->sParts.vBoard, psError);
+    }
+    if (sKey == "product") {
+        return OpenArea(ps, eProduct, &ps->sParts.vProduct, psError);
+    }
     if (sKey == "multirecord") {
         ps->vRecords.clear();
         return OpenArea(ps, eMultiRecord, &ps->sParts.vMultiRecord, psError);
@@ -219,9 +254,15 @@ bool ParseLine(sBuilder* ps, const std::string& sKey, const std::string& sRest, 
         ps->eArea = eMultiRecord;
         return true;
     }
-    if (ps->eArea == ePowerSupply) return SetPowerSupplyValue(ps, sKey, sRest, psError);
-    if (ps->eArea == eNone || ps->eArea == eMultiRecord) return Fail(psError, "\"" + sKey + "\" outside of an area");
-    if (sRest.find('"') != std::string::npos || sRest.compare(0, 6, "binary") == 0) return AddField(ps, sKey, sRest, psError);
+    if (ps->eArea == ePowerSupply) {
+        return SetPowerSupplyValue(ps, sKey, sRest, psError);
+    }
+    if (ps->eArea == eNone || ps->eArea == eMultiRecord) {
+        return Fail(psError, "\"" + sKey + "\" outside of an area");
+    }
+    if (sRest.find('"') != std::string::npos || sRest.compare(0, 6, "binary") == 0) {
+        return AddField(ps, sKey, sRest, psError);
+    }
     return SetFixed(ps, sKey, sRest, psError);
 }
 
@@ -230,7 +271,9 @@ std::string Clean(const std::string& sLine)
 {
     bool bQuoted = false;
     size_t uEnd = 0;
-    for (; uEnd < sLine.size() && (bQuoted || sLine[uEnd] != '#'); uEnd++) bQuoted ^= (sLine[uEnd] == '"');
+    for (; uEnd < sLine.size() && (bQuoted || sLine[uEnd] != '#'); uEnd++) {
+        bQuoted ^= (sLine[uEnd] == '"');
+    }
     std::string s = sLine.substr(0, uEnd);
     size_t uFirst = s.find_first_not_of(" \t\r"), uLast = s.find_last_not_of(" \t\r");
     return uFirst == std::string::npos ? "" : s.substr(uFirst, uLast - uFirst + 1);
@@ -246,7 +289,9 @@ bool FruParseDescription(const std::string& sText, sFruImageParts* psParts, std:
     for (std::string sLine; std::getline(sLines, sLine);) {
         iLine++;
         std::string sClean = Clean(sLine);
-        if (sClean.empty()) continue;
+        if (sClean.empty()) {
+            continue;
+        }
         size_t uSplit = sClean.find_first_of(" \t");
         std::string sKey = sClean.substr(0, uSplit);
         std::string sRest = uSplit == std::string::npos ? "" : Clean(sClean.substr(uSplit));

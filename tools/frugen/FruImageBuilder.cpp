@@ -20,12 +20,13 @@ const size_t kUnit = 8;
 
 void PadToUnit(TFruBytes* pvBytes, size_t uReserve)
 {
-    while ((pvBytes->size() + uReserve) % kUnit != 0) pvBytes->push_back(0);
+    while ((pvBytes->size() + uReserve) % kUnit != 0) {
+        pvBytes->push_back(0);
+    }
 }
 
 // The bytes of a packed text, or false for a character the codec refuses.
-bool Pack(int (*pfnPack)(const char*, uint8_t*, size_t), const std::string& sValue, size_t uBytes,
-          TFruBytes* pvBytes)
+bool Pack(int (*pfnPack)(const char*, uint8_t*, size_t), const std::string& sValue, size_t uBytes, TFruBytes* pvBytes)
 {
     pvBytes->assign(uBytes, 0);
     return uBytes == 0 || pfnPack(sValue.c_str(), pvBytes->data(), uBytes) == 1;
@@ -37,7 +38,9 @@ bool HexBytes(const std::string& sValue, TFruBytes* pvBytes)
     while ((uAt = sValue.find_first_not_of(" \t", uAt)) != std::string::npos) {
         size_t uEnd = sValue.find_first_of(" \t", uAt);
         std::string sByte = sValue.substr(uAt, uEnd - uAt);
-        if (sByte.size() != 2 || sByte.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) return false;
+        if (sByte.size() != 2 || sByte.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
+            return false;
+        }
         pvBytes->push_back(static_cast<uint8_t>(std::stoul(sByte, nullptr, 16)));
         uAt = uEnd;
     }
@@ -49,12 +52,13 @@ bool HexBytes(const std::string& sValue, TFruBytes* pvBytes)
 uint8_t FruChecksum(const uint8_t* pu8Data, size_t uLength)
 {
     unsigned uSum = 0;
-    for (size_t i = 0; i < uLength; i++) uSum += pu8Data[i];
+    for (size_t i = 0; i < uLength; i++) {
+        uSum += pu8Data[i];
+    }
     return static_cast<uint8_t>(-uSum);
 }
 
-bool FruEncodeField(const std::string& sEncoding, const std::string& sValue, TFruBytes* pvField,
-                    std::string* psError)
+bool FruEncodeField(const std::string& sEncoding, const std::string& sValue, TFruBytes* pvField, std::string* psError)
 {
     TFruBytes vBytes;
     uint8_t u8Type = kTypeEightBit;
@@ -92,7 +96,9 @@ TFruBytes FruInfoArea(const TFruBytes& vFixed, const std::vector<TFruBytes>& vFi
 {
     TFruBytes vArea = {kVersion, 0};
     vArea.insert(vArea.end(), vFixed.begin(), vFixed.end());
-    for (const TFruBytes& vField : vFields) vArea.insert(vArea.end(), vField.begin(), vField.end());
+    for (const TFruBytes& vField : vFields) {
+        vArea.insert(vArea.end(), vField.begin(), vField.end());
+    }
     vArea.push_back(kEndOfFields);
     PadToUnit(&vArea, 1);
     vArea[1] = static_cast<uint8_t>((vArea.size() + 1) / kUnit);
@@ -116,7 +122,9 @@ TFruBytes FruImage(const sFruImageParts& sParts)
     TFruBytes vImage(kUnit, 0);
     vImage[0] = kVersion;
     for (size_t i = 0; i < 5; i++) {
-        if (apvAreas[i]->empty()) continue;
+        if (apvAreas[i]->empty()) {
+            continue;
+        }
         PadToUnit(&vImage, 0);
         vImage[1 + i] = static_cast<uint8_t>(vImage.size() / kUnit);
         vImage.insert(vImage.end(), apvAreas[i]->begin(), apvAreas[i]->end());

@@ -12,8 +12,8 @@ typedef std::vector<uint8_t> TFruBytes;
 
 // The five areas of an image in header order; an empty one is absent.
 struct sFruImageParts {
-    TFruBytes vInternal;     // the whole internal use area, version byte first
-    TFruBytes vChassis;      // whole areas, as FruInfoArea makes them
+    TFruBytes vInternal;  // the whole internal use area, version byte first
+    TFruBytes vChassis;   // whole areas, as FruInfoArea makes them
     TFruBytes vBoard;
     TFruBytes vProduct;
     TFruBytes vMultiRecord;  // the records, as FruMultiRecord makes them
@@ -23,8 +23,7 @@ struct sFruImageParts {
 // Plus, an even number of characters) or "binary" (sValue holds the bytes). False with
 // *psError set for a value that the encoding can't hold, one of more than 63 bytes, or
 // an 8bit one of one byte (its type/length byte would be the end mark C1).
-bool FruEncodeField(const std::string& sEncoding, const std::string& sValue, TFruBytes* pvField,
-                    std::string* psError);
+bool FruEncodeField(const std::string& sEncoding, const std::string& sValue, TFruBytes* pvField, std::string* psError);
 
 // A chassis, board or product area: version 1, the length byte, vFixed (chassis type;
 // language and date/time; language), the fields, C1, zeroes up to a multiple of 8

@@ -15,8 +15,8 @@ sFruImageParts ServerParts()
 {
     sFruImageParts sParts;
     std::string sError;
-    EXPECT_TRUE(FruParseDescription(ReadFileText(SourceDir() + "/tools/frugen/samples/server.frudesc"), &sParts, &sError))
-        << sError;
+    const std::string sText = ReadFileText(SourceDir() + "/tools/frugen/samples/server.frudesc");
+    EXPECT_TRUE(FruParseDescription(sText, &sParts, &sError)) << sError;
     return sParts;
 }
 
@@ -70,23 +70,26 @@ TEST_P(FRUValidateBreakTest, RefusesWithTheMessage)
     Outcome s = Validate(vImage, c.bInventoryData);
     const bool bOwnFirstLine = c.sErr.compare(0, 7, "<ERROR>") == 0;
     EXPECT_EQ(0, s.iResult);
-    EXPECT_EQ((bOwnFirstLine ? "" : c.bInventoryData ? "<ERROR> Incorrect FRU data. \n" : "<ERROR> Incorrect FRU binary file. \n") +
-                  c.sErr,
-              s.sErr);
+    const std::string sFirst =
+        c.bInventoryData ? "<ERROR> Incorrect FRU data. \n" : "<ERROR> Incorrect FRU binary file. \n";
+    EXPECT_EQ((bOwnFirstLine ? "" : sFirst) + c.sErr, s.sErr);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     OneFaultEach, FRUValidateBreakTest,
     ::testing::Values(
         BreakCase{"Short", [](TFruBytes& v) { v.resize(7); }, 0, "The FRU data length < 8. \n"},
-        BreakCase{"HeaderVersion", [](TFruBytes& v) { v[0] = 2; }, 1, "The version field (0x02) in COMMON Area != 0x01. \n"},
+        BreakCase{"HeaderVersion", [](TFruBytes& v) { v[0] = 2; }, 1,
+                  "The version field (0x02) in COMMON Area != 0x01. \n"},
         BreakCase{"Pad", [](TFruBytes& v) { v[6] = 0x10; }, 0, "The PAD field (0x10) in COMMON Area != 0x00. \n"},
         BreakCase{"HeaderChecksum", [](TFruBytes& v) { v[7]++; }, 0, "Error checksum in COMMON Area. \n"},
         BreakCase{"OffsetsNotAscending", [](TFruBytes& v) { v[2] = v[3], FixHeader(v); }, 0,
-                  "<ERROR> Unable to handle the FRU binary file. \nIn COMMON Area, the CHASSIS offset >= BOARD offset. \n"},
+                  "<ERROR> Unable to handle the FRU binary file. \n"
+                  "In COMMON Area, the CHASSIS offset >= BOARD offset. \n"},
         BreakCase{"OffsetsSkipAnAbsentArea", [](TFruBytes& v) { v[3] = 0, v[4] = v[2], FixHeader(v); }, 1,
                   "<ERROR> Unable to handle the FRU data. \nIn COMMON Area, the CHASSIS offset >= PRODUCT offset. \n"},
-        BreakCase{"InternalVersion", [](TFruBytes& v) { v[8] = 0; }, 0, "The version field (0x00) in INTERNAL Area != 0x01. \n"},
+        BreakCase{"InternalVersion", [](TFruBytes& v) { v[8] = 0; }, 0,
+                  "The version field (0x00) in INTERNAL Area != 0x01. \n"},
         BreakCase{"InternalPastTheEnd", [](TFruBytes& v) { v.resize(Offset(v, 2) - 1); }, 0,
                   "Data is insufficient in INTERNAL Area. \n"},
         BreakCase{"ChassisVersion", [](TFruBytes& v) { v[Offset(v, 2)] = 3; }, 1,
@@ -94,8 +97,10 @@ INSTANTIATE_TEST_SUITE_P(
         BreakCase{"ChassisLengthZero", [](TFruBytes& v) { v[Offset(v, 2) + 1] = 0; }, 0,
                   "The area length field (0x00) in CHASSIS Area is not correct. \n"},
         BreakCase{"BoardLengthDisagreesWithHeader", [](TFruBytes& v) { v[Offset(v, 3) + 1]--, FixArea(v, 3); }, 0,
-                  "The area length field (0x09) in BOARD Area is not consistent with the information in COMMON Area. \n"},
-        BreakCase{"ProductChecksum", [](TFruBytes& v) { v[Offset(v, 4) + 5] ^= 0x20; }, 0, "Error checksum in PRODUCT Area. \n"},
+                  "The area length field (0x09) in BOARD Area is not consistent with the information in "
+                  "COMMON Area. \n"},
+        BreakCase{"ProductChecksum", [](TFruBytes& v) { v[Offset(v, 4) + 5] ^= 0x20; }, 0,
+                  "Error checksum in PRODUCT Area. \n"},
         BreakCase{"ProductHeadPastTheEnd", [](TFruBytes& v) { v.resize(Offset(v, 4) + 1); }, 1,
                   "Data is insufficient in PRODUCT Area. \n"},
         BreakCase{"ProductPastTheEnd", [](TFruBytes& v) { v[5] = 0, FixHeader(v), v.resize(Offset(v, 4) + 16); }, 1,

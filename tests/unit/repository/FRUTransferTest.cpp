@@ -32,7 +32,8 @@ uint8_t Answer(uint8_t u8Command, const Bytes& v, Bytes* pvReply)
         *pvReply = {static_cast<uint8_t>(s_sDevice.vArea.size()), static_cast<uint8_t>(s_sDevice.vArea.size() >> 8), 0};
     } else if (u8Command == IPMI_CMD_READ_FRU_DATA) {
         if (static_cast<int>(uOffset) == s_sDevice.iRefuseReadAt || uOffset >= s_sDevice.vArea.size()) return 0xC9;
-        size_t uCount = std::min<size_t>({v[3], s_sDevice.vArea.size() - uOffset, uOffset == size_t(s_sDevice.iShortReadAt) ? 4u : 255u});
+        const size_t uLimit = uOffset == size_t(s_sDevice.iShortReadAt) ? 4u : 255u;
+        const size_t uCount = std::min<size_t>({v[3], s_sDevice.vArea.size() - uOffset, uLimit});
         *pvReply = {static_cast<uint8_t>(uCount)};
         pvReply->insert(pvReply->end(), s_sDevice.vArea.begin() + uOffset, s_sDevice.vArea.begin() + uOffset + uCount);
     } else if (u8Command == IPMI_CMD_WRITE_FRU_DATA) {
@@ -94,10 +95,12 @@ TEST_F(FRUTransferTest, WritesInBlocksOfSixteenWithAShortLastOne)
         for (size_t i = 0; i < vWrites.size(); i++) {
             const size_t uBlock = std::min<size_t>(16, uSize - 16 * i);
             Bytes vExpected = {2, static_cast<uint8_t>(16 * i), 0};
-            vExpected.insert(vExpected.end(), G_pu8LocalFRUDataBuffer + 16 * i, G_pu8LocalFRUDataBuffer + 16 * i + uBlock);
+            const uint8_t* pu8Block = G_pu8LocalFRUDataBuffer + 16 * i;
+            vExpected.insert(vExpected.end(), pu8Block, pu8Block + uBlock);
             EXPECT_EQ(vExpected, vWrites[i].vData) << uSize << " block " << i;
         }
-        EXPECT_EQ(Bytes(G_pu8LocalFRUDataBuffer, G_pu8LocalFRUDataBuffer + uSize), Bytes(s_sDevice.vArea.begin(), s_sDevice.vArea.begin() + uSize));
+        EXPECT_EQ(Bytes(G_pu8LocalFRUDataBuffer, G_pu8LocalFRUDataBuffer + uSize),
+                  Bytes(s_sDevice.vArea.begin(), s_sDevice.vArea.begin() + uSize));
         EXPECT_EQ(0xFF, s_sDevice.vArea[uSize]);
         TearDown();
     }
@@ -126,12 +129,13 @@ struct ReadCase {
 
 TEST_F(FRUTransferTest, ReadsWholeBlocksUpToTheEndOfTheArea)
 {
-    const std::string kRefused = "<ERROR> Error in executing IPMI command because of: Failure to read data from FRU.\ncc = C9 \n";
+    const std::string kFailed = "<ERROR> Error in executing IPMI command because of: Failure to read data from FRU.\n";
+    const std::string kRefused = kFailed + "cc = C9 \n";
+    const std::string kShort = kFailed + "cc = 0 \nOnly 4 of 16 bytes came back from offset 0x20. \n";
     for (const ReadCase& c : {ReadCase{0x50, -1, -1, 5, 0x50, ""}, ReadCase{0x51, -1, -1, 6, 0x60, ""},
-                              ReadCase{0xFFFF, -1, -1, 4096, 0xFFFF, ""}, ReadCase{0x80, 0x40, -1, 5, 0x50, kRefused.c_str()},
-                              ReadCase{0x80, -1, 0x20, 3, 0x30,
-                                       "<ERROR> Error in executing IPMI command because of: Failure to read data from FRU.\n"
-                                       "cc = 0 \nOnly 4 of 16 bytes came back from offset 0x20. \n"}}) {
+                              ReadCase{0xFFFF, -1, -1, 4096, 0xFFFF, ""},
+                              ReadCase{0x80, 0x40, -1, 5, 0x50, kRefused.c_str()},
+                              ReadCase{0x80, -1, 0x20, 3, 0x30, kShort.c_str()}}) {
         SetUp();
         s_sDevice.vArea.resize(c.uArea);
         for (size_t i = 0; i < c.uArea; i++) s_sDevice.vArea[i] = static_cast<uint8_t>(i ^ 0x5A);
