@@ -11,32 +11,29 @@
 
 namespace {
 
-std::vector<std::string> Lan()
-{
-    return {"-I", "lanplus", "-H", IpmiSimServer::kHost, "-U", IpmiSimServer::kUserName, "-P", IpmiSimServer::kPassword,
-            "-C", std::to_string(IpmiSimServer::kCipherSuite)};
-}
+const std::vector<std::string> kLogin = {"-H", IpmiSimServer::kHost, "-U", IpmiSimServer::kUserName, "-P",
+                                         IpmiSimServer::kPassword, "-C", std::to_string(IpmiSimServer::kCipherSuite)};
 
-RunResult Ipmitool(const std::vector<std::string>& vCommand)
+RunResult Run(std::vector<std::string> vArgv, const std::vector<std::string>& vTail, const std::string& sDir = "")
 {
-    std::vector<std::string> vArgv = {"ipmitool"};
-    for (const auto& v : {Lan(), vCommand}) vArgv.insert(vArgv.end(), v.begin(), v.end());
+    vArgv.insert(vArgv.end(), vTail.begin(), vTail.end());
     RunOptions sOptions;
-    sOptions.vEnv = {{"TZ", "UTC"}};  // for the manufacturing date that it prints
+    sOptions.sWorkDir = sDir;
+    sOptions.vEnv = {{"TZ", "UTC"}};  // for the manufacturing date that ipmitool prints
     return RunProgram(vArgv, sOptions);
 }
 
-RunResult Tavrin(const TempDir& sDir, const std::vector<std::string>& vOperation)
+RunResult Ipmitool(std::vector<std::string> vCommand)
 {
-    std::vector<std::string> vArgv = {BuildDir() + "/tavrin"};
-    vArgv.insert(vArgv.end(), vOperation.begin(), vOperation.end());
-    vArgv.push_back("-n"), vArgv.push_back("lanplus");
-    for (const std::string& s : Lan()) {
-        if (s != "-I" && s != "lanplus") vArgv.push_back(s);
-    }
-    RunOptions sOptions;
-    sOptions.sWorkDir = sDir.Path();
-    return RunProgram(vArgv, sOptions);
+    vCommand.insert(vCommand.begin(), kLogin.begin(), kLogin.end());
+    return Run({"ipmitool", "-I", "lanplus"}, vCommand);
+}
+
+RunResult Tavrin(const TempDir& sDir, std::vector<std::string> vOperation)
+{
+    vOperation.insert(vOperation.end(), {"-n", "lanplus"});
+    vOperation.insert(vOperation.end(), kLogin.begin(), kLogin.end());
+    return Run({BuildDir() + "/tavrin"}, vOperation, sDir.Path());
 }
 
 // The value that "ipmitool fru print" shows for the label, without the blanks around it.
