@@ -17,13 +17,6 @@ const std::string kBinary = "Recognize FRU File as binary format \n";
 const std::string kDownloaded = kBinary + "Start to download FRU data! \nDownload FRU data successful. \n\n";
 const size_t kArea = 0x200;  // the FRU device's size unless a test says otherwise
 
-std::string AfterBanner(const std::string& sOut)
-{
-    size_t uAt = 0;
-    for (int i = 0; i < 4 && uAt != std::string::npos; i++) uAt = sOut.find('\n', uAt) + 1;
-    return uAt == std::string::npos ? sOut : sOut.substr(uAt);
-}
-
 Bytes Device(const SimSession& sBmc, int iFruID = 0)
 {
     EXPECT_EQ(0, sBmc.Sim({"fru-save", std::to_string(iFruID), sBmc.File("device.bin")}).iStatus);

@@ -1,5 +1,5 @@
 // Validation of whole FRU images: a valid image broken in one place per row, and valid
-// images with and without each area.
+// images with and without each area; the example images against their descriptions.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -11,11 +11,11 @@
 
 namespace {
 
-sFruImageParts ServerParts()
+sFruImageParts Parts(const std::string& sSample = "server")
 {
     sFruImageParts sParts;
     std::string sError;
-    const std::string sText = ReadFileText(SourceDir() + "/tools/frugen/samples/server.frudesc");
+    const std::string sText = ReadFileText(SourceDir() + "/tools/frugen/samples/" + sSample + ".frudesc");
     EXPECT_TRUE(FruParseDescription(sText, &sParts, &sError)) << sError;
     return sParts;
 }
@@ -48,7 +48,7 @@ const size_t kSecondRecord = 5 + 24;
 void GapBeforeRecords(TFruBytes& v)
 {
     sFruImageParts s;
-    s.vMultiRecord = ServerParts().vMultiRecord;
+    s.vMultiRecord = Parts().vMultiRecord;
     v = FruImage(s);
     v.insert(v.begin() + 8, 8, 0), v[5]++, FixHeader(v);
 }
@@ -65,7 +65,7 @@ class FRUValidateBreakTest : public ::testing::TestWithParam<BreakCase> {};
 TEST_P(FRUValidateBreakTest, RefusesWithTheMessage)
 {
     const BreakCase& c = GetParam();
-    TFruBytes vImage = FruImage(ServerParts());
+    TFruBytes vImage = FruImage(Parts());
     c.fnBreak(vImage);
     Outcome s = Validate(vImage, c.bInventoryData);
     const bool bOwnFirstLine = c.sErr.compare(0, 7, "<ERROR>") == 0;
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
 // whose end nothing tells; a device may hold anything behind its image.
 TEST(FRUValidateAreas, EveryCombinationIsValidAndTrailingBytesCountOnlyInAFile)
 {
-    const sFruImageParts sAll = ServerParts();
+    const sFruImageParts sAll = Parts();
     for (int iMask = 0; iMask < 32; iMask++) {
         sFruImageParts s;
         if (iMask & 1) s.vInternal = sAll.vInternal;
@@ -152,11 +152,12 @@ TEST(FRUValidateAreas, EveryCombinationIsValidAndTrailingBytesCountOnlyInAFile)
     }
 }
 
-TEST(FRUValidateAreas, AnEmptyRecordWithDataChecksumZeroIsValid)
+TEST(FruExamples, AreWhatTavrinFrugenMakesOfTheirDescriptions)
 {
-    sFruImageParts s;
-    s.vMultiRecord = FruMultiRecord(0xC0, true, {});
-    EXPECT_EQ(1, Validate(FruImage(s), 0).iResult);
+    for (const char* pchName : {"server", "card"}) {
+        EXPECT_EQ(ReadFileBytes(SourceDir() + "/examples/sample-" + pchName + ".fru"), FruImage(Parts(pchName)))
+            << pchName << ": run scripts/make-examples.sh";
+    }
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 // changed by the real ipmitool, and an image that ipmitool wrote, tested by tavrin.
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -39,17 +39,9 @@ RunResult Tavrin(const TempDir& sDir, std::vector<std::string> vOperation)
 // The value that "ipmitool fru print" shows for the label, without the blanks around it.
 std::string Printed(const std::string& sPrint, const std::string& sLabel)
 {
-    std::istringstream sLines(sPrint);
-    for (std::string sLine; std::getline(sLines, sLine);) {
-        size_t uColon = sLine.find(" : ");
-        if (uColon == std::string::npos || sLine.compare(0, sLabel.size() + 1, " " + sLabel) != 0 ||
-            sLine.find_first_not_of(' ', sLabel.size() + 1) != uColon + 1) {
-            continue;
-        }
-        std::string sValue = sLine.substr(uColon + 3);
-        return sValue.substr(0, sValue.find_last_not_of(' ') + 1);
-    }
-    return "(no " + sLabel + ")";
+    std::smatch sMatch;
+    const bool bFound = std::regex_search(sPrint, sMatch, std::regex("\n " + sLabel + " *: ([^\n]*[^ \n]) *\n"));
+    return bFound ? sMatch[1].str() : "(no " + sLabel + ")";
 }
 
 TEST(LanRealFru, DownloadIsWhatIpmitoolPrintsAndVerifyNoticesAChange)

@@ -1,11 +1,11 @@
-// FRU transfers against a FRU device behind DoIPMICommand: the exact requests, how far
-// the reads reach, and the buffer commands that read and write single fields.
+// FRU transfers against the simulated BMC's model behind DoIPMICommand: the exact
+// requests, how far the reads reach, and the buffer commands for single fields.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <cstring>
-#include <vector>
 
+#include "SimExchange.h"
 #include "channel/CommandChannel.h"
 #include "fru/FRUImage.h"
 #include "repository/FRUCommands.h"
@@ -14,52 +14,35 @@
 namespace {
 
 using Bytes = std::vector<uint8_t>;
-
-// FRU device 2: reads short at the end of the area; one read refused, one answered short.
-struct FakeFruDevice {
-    Bytes vArea;
-    size_t uRefuseReadAt = ~size_t{0}, uShortReadAt = ~size_t{0};
-    std::vector<std::pair<uint8_t, Bytes>> vLog;  // command, request
-} s_sDevice;
-
-uint8_t Answer(uint8_t u8Command, const Bytes& v, Bytes* pvReply)
-{
-    const size_t uOffset = v.size() >= 3 ? v[1] | v[2] << 8 : 0, uSize = s_sDevice.vArea.size();
-    if (v.empty() || v[0] != 2) return 0xCB;
-    if (u8Command == IPMI_CMD_GET_FRU_INVENTORY_AREA_INFO) {
-        *pvReply = {static_cast<uint8_t>(uSize), static_cast<uint8_t>(uSize >> 8), 0};
-    } else if (u8Command == IPMI_CMD_READ_FRU_DATA) {
-        if (uOffset == s_sDevice.uRefuseReadAt || uOffset >= uSize) return 0xC9;
-        const size_t uCount = std::min<size_t>({v[3], uSize - uOffset, uOffset == s_sDevice.uShortReadAt ? 4u : 99u});
-        *pvReply = {static_cast<uint8_t>(uCount)};
-        pvReply->insert(pvReply->end(), s_sDevice.vArea.begin() + uOffset, s_sDevice.vArea.begin() + uOffset + uCount);
-    } else {
-        std::copy(v.begin() + 3, v.end(), s_sDevice.vArea.begin() + uOffset);
-        *pvReply = {static_cast<uint8_t>(v.size() - 3)};
-    }
-    return 0;
-}
+sBmcSimState s_sBmc;
 
 }  // namespace
 
-int DoIPMICommand(uint8_t, uint8_t u8Command, IPMIMessage* psMessage)
+int DoIPMICommand(uint8_t u8NetFnLun, uint8_t u8Command, IPMIMessage* psMessage)
 {
-    Bytes vRequest(psMessage->au8RequestData, psMessage->au8RequestData + psMessage->u8RequestLength), vReply;
-    s_sDevice.vLog.push_back({u8Command, vRequest});
+    const sSimRequest sRequest = {static_cast<uint8_t>(u8NetFnLun >> 2), u8Command, psMessage->au8RequestData,
+                                  psMessage->u8RequestLength};
+    sSimExchangeResult sResult;
+    SimExchange(&s_sBmc, eSimRouteDirect, sRequest, nullptr, &sResult);
     std::memset(psMessage->au8ResponseData, 0, sizeof(psMessage->au8ResponseData));
-    psMessage->u8CompletionCode = Answer(u8Command, vRequest, &vReply);
-    psMessage->u16ResponseLength = static_cast<uint16_t>(vReply.size());
-    std::copy(vReply.begin(), vReply.end(), psMessage->au8ResponseData);
+    std::memcpy(psMessage->au8ResponseData, sResult.sResponse.au8Data, sResult.sResponse.u16Length);
+    psMessage->u16ResponseLength = sResult.sResponse.u16Length;
+    psMessage->u8CompletionCode = sResult.sResponse.u8CompletionCode;
     return psMessage->u8CompletionCode == 0 ? 1 : 0;
 }
 
 namespace {
 
-// A fresh device of uArea bytes counting up, and a local image of uFile bytes.
-void Reset(size_t uArea, size_t uFile)
+// A BMC whose FRU device 2 has uArea bytes counting up, with one fault on the n-th
+// exchange of a command, and a local image of uFile bytes.
+void Reset(size_t uArea, size_t uFile, uint8_t u8FaultCommand = 0, uint32_t u32Nth = 0,
+           eSimFaultKind eKind = eSimFaultNone, uint32_t u32Value = 0)
 {
-    s_sDevice = FakeFruDevice();
-    for (size_t i = 0; i < uArea; i++) s_sDevice.vArea.push_back(static_cast<uint8_t>(i ^ 0x5A));
+    SimInitState(&s_sBmc);
+    Bytes vArea(uArea);
+    for (size_t i = 0; i < uArea; i++) vArea[i] = static_cast<uint8_t>(i ^ 0x5A);
+    SimPutFru(&s_sBmc, 2, vArea);
+    if (eKind != eSimFaultNone) s_sBmc.vsFaults.push_back({eKind, 0x0A, u8FaultCommand, u32Nth, false, u32Value, 0});
     free(G_pu8LocalFRUDataBuffer), free(G_pu8InventoryFRUDataBuffer);
     G_pu8InventoryFRUDataBuffer = nullptr;
     G_pu8LocalFRUDataBuffer = static_cast<uint8_t*>(malloc(uFile + 1));
@@ -70,8 +53,8 @@ void Reset(size_t uArea, size_t uFile)
 std::vector<Bytes> Requests(uint8_t u8Command)
 {
     std::vector<Bytes> v;
-    for (const auto& s : s_sDevice.vLog) {
-        if (s.first == u8Command) v.push_back(s.second);
+    for (const sSimLogEntry& s : s_sBmc.vsLog) {
+        if (s.u8Command == u8Command) v.push_back(s.vu8Request);
     }
     return v;
 }
@@ -79,7 +62,7 @@ std::vector<Bytes> Requests(uint8_t u8Command)
 TEST(FRUTransfer, WritesBlocksOfSixteenFromOffsetZeroWithAShortLastOne)
 {
     for (size_t uSize : {1u, 17u, 32u}) {
-        Reset(256, uSize);
+        Reset(32, uSize);
         testing::internal::CaptureStdout();
         EXPECT_EQ(1, DoFRUAddToBMC(0x102));  // the low byte is the FRU ID
         EXPECT_EQ("Start to download FRU data! \n", testing::internal::GetCapturedStdout());
@@ -91,12 +74,14 @@ TEST(FRUTransfer, WritesBlocksOfSixteenFromOffsetZeroWithAShortLastOne)
             vExpected.insert(vExpected.end(), pu8Block, pu8Block + std::min<size_t>(16, uSize - 16 * i));
             EXPECT_EQ(vExpected, vWrites[i]) << uSize << " block " << i;
         }
-        EXPECT_EQ(0x5A ^ uSize, s_sDevice.vArea[uSize]);  // behind the image nothing changed
     }
 }
 
 struct ReadCase {
-    size_t uArea, uRefuseAt, uShortAt, uReads;
+    size_t uArea;
+    uint32_t u32FaultyRead;
+    eSimFaultKind eFault;
+    size_t uReads;
     uint16_t u16ReadSize;
     std::string sErr;
 };
@@ -104,14 +89,14 @@ struct ReadCase {
 TEST(FRUTransfer, ReadsWholeBlocksUpToTheEndOfTheAreaOrTheFirstFailure)
 {
     const std::string kFailed = "<ERROR> Error in executing IPMI command because of: Failure to read data from FRU.\n";
-    const size_t kNone = ~size_t{0};
-    for (const ReadCase& c : {ReadCase{0x50, kNone, kNone, 5, 0x50, ""}, ReadCase{0x51, kNone, kNone, 6, 0x60, ""},
-                              ReadCase{0xFFFF, kNone, kNone, 4096, 0xFFFF, ""},
-                              ReadCase{0x80, 0x40, kNone, 5, 0x50, kFailed + "cc = C9 \n"},
-                              ReadCase{0x80, kNone, 0x20, 3, 0x30,
+    for (const ReadCase& c : {ReadCase{0x50, 0, eSimFaultNone, 5, 0x50, ""},
+                              ReadCase{0x51, 0, eSimFaultNone, 6, 0x60, ""},
+                              ReadCase{0xFFFF, 0, eSimFaultNone, 4096, 0xFFFF, ""},
+                              ReadCase{0x80, 5, eSimFaultCompletionCode, 5, 0x50, kFailed + "cc = C9 \n"},
+                              ReadCase{0x80, 3, eSimFaultPartial, 3, 0x30,
                                        kFailed + "cc = 0 \nOnly 4 of 16 bytes came back from offset 0x20. \n"}}) {
-        Reset(c.uArea, 0x40);
-        s_sDevice.uRefuseReadAt = c.uRefuseAt, s_sDevice.uShortReadAt = c.uShortAt;
+        Reset(c.uArea, 0x40, IPMI_CMD_READ_FRU_DATA, c.u32FaultyRead, c.eFault,
+              c.eFault == eSimFaultPartial ? 4 : 0xC9);
         testing::internal::CaptureStderr();
         EXPECT_EQ(1, DoFRUGetFromBMC(2));
         EXPECT_EQ(c.sErr, testing::internal::GetCapturedStderr());
@@ -121,12 +106,13 @@ TEST(FRUTransfer, ReadsWholeBlocksUpToTheEndOfTheAreaOrTheFirstFailure)
         for (size_t i = 0; i < vReads.size(); i++) {
             EXPECT_EQ((Bytes{2, static_cast<uint8_t>(16 * i), static_cast<uint8_t>(16 * i >> 8), 16}), vReads[i]);
         }
-        const size_t uGood = std::min({c.uArea, c.uRefuseAt, c.uShortAt});
-        EXPECT_EQ(Bytes(s_sDevice.vArea.begin(), s_sDevice.vArea.begin() + uGood),
+        // The file is compared over its length, and never with bytes that weren't read.
+        const Bytes& vArea = SimFindFru(&s_sBmc, 2)->vu8Data;
+        const size_t uGood = std::min<size_t>(c.uArea, c.eFault != eSimFaultNone ? 16 * (c.u32FaultyRead - 1) : 0x40);
+        EXPECT_EQ(Bytes(vArea.begin(), vArea.begin() + uGood),
                   Bytes(G_pu8InventoryFRUDataBuffer, G_pu8InventoryFRUDataBuffer + uGood));
-        // A file is compared over its length, and never with bytes that weren't read.
+        std::copy(vArea.begin(), vArea.begin() + 0x40, G_pu8LocalFRUDataBuffer);
         G_u16RawDataSizeFromFRUFile = static_cast<uint16_t>(std::min<size_t>(0x40, uGood));
-        std::copy(s_sDevice.vArea.begin(), s_sDevice.vArea.begin() + 0x40, G_pu8LocalFRUDataBuffer);
         EXPECT_EQ(1, FRUCompare());
         if (c.u16ReadSize < 0x40) {
             G_u16RawDataSizeFromFRUFile = static_cast<uint16_t>(c.u16ReadSize + 1);
@@ -142,16 +128,16 @@ TEST(FRUTransfer, BufferCommandsMoveExactlyTheBytesAsked)
     EXPECT_EQ(eStateFRUReadOK, ReadFRUDataCommandToLocalBuffer(2, 0x1B, 3, au8Buffer, 4));
     EXPECT_EQ((Bytes{0, 0, 0, 0, 0x41, 0x46, 0x47, 0}), Bytes(au8Buffer, au8Buffer + 8));
     EXPECT_EQ(eStateFRUWriteOK, WriteFRUDataCommandFromLocalBuffer(2, 0x60, 2, au8Buffer, 5));
-    EXPECT_EQ((Bytes{2, 0x60, 0, 0x46, 0x47}), s_sDevice.vLog.back().second);
+    EXPECT_EQ((Bytes{2, 0x60, 0, 0x46, 0x47}), s_sBmc.vsLog.back().vu8Request);
     // Fewer bytes than asked (the end of the area) fail: a field is never half read.
     testing::internal::CaptureStderr();
     EXPECT_EQ(eStateFailed, ReadFRUDataCommandToLocalBuffer(2, 0x7E, 3, au8Buffer, 0));
-    const size_t uExchanges = s_sDevice.vLog.size();
+    const size_t uExchanges = s_sBmc.vsLog.size();
     EXPECT_EQ(eStateFailed, ReadFRUDataCommandToLocalBuffer(2, 0, 1, nullptr, 0));
     EXPECT_EQ("<ERROR> Error in executing IPMI command because of: Failure to read data from FRU.\ncc = 0 \n"
               "Only 2 of 3 bytes came back from offset 0x7E. \n<ERROR> Internal Error.",
               testing::internal::GetCapturedStderr());
-    EXPECT_EQ(uExchanges, s_sDevice.vLog.size());
+    EXPECT_EQ(uExchanges, s_sBmc.vsLog.size());
     Reset(0, 0);
 }
 
