@@ -1,30 +1,66 @@
 #!/usr/bin/env bash
-# The main job: builds tavrin and runs a round trip against the bundled simulated BMC
-# through the default route (the OS driver's library, here its simulated build):
-# a repository that already holds records is replaced by an example SDR file, with
-# back-up, download and Initialization Agent, and then verified against that file.
+# The main job: builds tavrin and replaces the SDR repository of the bundled simulated
+# BMC through the default route (the OS driver's library, here its simulated build).
+# The repository holds an older set of records, with two that the new file lacks;
+# tavrin -v finds it different, tavrin -d replaces it (back-up, erase, download,
+# Initialization Agent), and tavrin -v then finds it equal to the file. Every tavrin run
+# goes through "tavrin-bmcsim run", which points it at the simulator and fails loudly if
+# it did not reach it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+build=${TAVRIN_DEMO_BUILD:-build}  # the build folder; another may be named for a second checkout
 bash scripts/install-deps.sh
-cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build build -j"$(nproc 2>/dev/null || echo 2)" >/dev/null
+cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release >/dev/null
+cmake --build "$build" -j"$(nproc 2>/dev/null || echo 2)" >/dev/null
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export TAVRIN_BMCSIM_STATE="$work/bmc.state"
-sim=build/sim/bin/tavrin-bmcsim
+sim=$build/sim/bin/tavrin-bmcsim
+new=examples/sample-v2.sdr
 
-echo "== A simulated BMC whose repository holds the records of examples/sample-v1.sdr =="
-$sim init admin admin
-$sim sdr-load examples/sample-v1.sdr >/dev/null
-$sim sdr-list
+# An OEM record (type C0h, manufacturer 000157h) that carries the text, in hex.
+oem_record() {
+  local body
+  body="570100$(printf '%s' "$1" | od -An -tx1 | tr -d ' \n')"
+  printf '000051c0%02x%s' $((${#body} / 2)) "$body"
+}
 
-echo "== tavrin -t, -d and -v of examples/sample-v2.sdr =="
-export LD_LIBRARY_PATH="$PWD/build/sim/lib"
-build/tavrin -t examples/sample-v2.sdr
-build/tavrin -d examples/sample-v2.sdr
-build/tavrin -v examples/sample-v2.sdr
+# The repository, a record a line: ID, type, length and the record's readable name.
+records() {
+  "$sim" sdr-list | while read -r id type len data; do
+    name=$(printf "$(sed 's/../\\x&/g' <<<"${data#data=}")" | { grep -ao '[[:print:]]\{3,\}' || true; } | tail -n 1)
+    printf '  %s %s %-7s %s\n' "$id" "$type" "$len" "$name"
+  done
+  echo "  ($("$sim" sdr-list | wc -l) records)"
+}
 
-echo "== The repository now =="
-$sim sdr-list
-echo "Round trip done: $($sim log | wc -l) exchanges with the simulated BMC."
+tavrin() {
+  "$sim" run -- "$build/tavrin" "$@"
+}
+
+echo "== The simulated BMC before: an older repository, with two records that $new lacks =="
+"$sim" init admin admin
+"$sim" sdr-load examples/sample-v1.sdr >/dev/null
+"$sim" sdr-add "$(oem_record 'old fan table')" >/dev/null
+"$sim" sdr-add "$(oem_record 'retired sensor map')" >/dev/null
+records
+
+echo "== tavrin -t $new: the file is sound =="
+tavrin -t "$new"
+
+echo "== tavrin -v $new before the download: the repository differs (exit status 1) =="
+status=0
+tavrin -v "$new" || status=$?
+[ "$status" -eq 1 ] || { echo "unexpected exit status $status" >&2; exit 1; }
+
+echo "== tavrin -d $new: the repository is replaced =="
+"$sim" log-clear
+tavrin -d "$new"
+
+echo "== tavrin -v $new after the download: equal =="
+tavrin -v "$new"
+
+echo "== The simulated BMC after =="
+records
+echo "Done: the download and the check after it took $("$sim" log | wc -l) exchanges with the simulated BMC."

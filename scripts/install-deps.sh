@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs, from Debian's packages, what building and testing Tavrin needs and this
-# machine lacks: the compiler and CMake, GoogleTest, for the LAN tests ipmitool and
-# OpenIPMI's ipmi_sim, and FreeIPMI's ipmi-fru, which reads the example FRU images.
-# Does nothing when everything is there.
+# machine lacks: the compiler and CMake, GoogleTest, ipmitool and OpenIPMI's ipmi_sim for
+# the LAN tests, FreeIPMI's ipmi-fru, which reads the example FRU images, and QEMU
+# (without its recommended packages) for the VM test. Does nothing when everything is
+# there.
 set -euo pipefail
 missing=()
 command -v cmake >/dev/null || missing+=(cmake)
@@ -13,10 +14,14 @@ command -v make >/dev/null || missing+=(make)
 command -v ipmitool >/dev/null || missing+=(ipmitool)
 command -v ipmi_sim >/dev/null || missing+=(openipmi)
 command -v ipmi-fru >/dev/null || [ -x /usr/sbin/ipmi-fru ] || missing+=(freeipmi-tools)
-if [ ${#missing[@]} -gt 0 ]; then
-  echo "Installing: ${missing[*]}"
+lean=()
+command -v qemu-system-x86_64 >/dev/null || lean+=(qemu-system-x86)
+if [ ${#missing[@]} -gt 0 ] || [ ${#lean[@]} -gt 0 ]; then
+  echo "Installing: ${missing[*]} ${lean[*]}"
   sudo=""
   [ "$(id -u)" -eq 0 ] || sudo="sudo"
   $sudo apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${missing[@]}" >/dev/null
+  [ ${#missing[@]} -eq 0 ] || DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${missing[@]}" >/dev/null
+  [ ${#lean[@]} -eq 0 ] ||
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${lean[@]}" >/dev/null
 fi

@@ -4,44 +4,33 @@
 
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstring>
-
 #include "common/DebugOutput.h"
 
 namespace {
 
-// Room for every field of sIolData at its longest, the numbers, and each request byte.
-const size_t kCommandLineSize = 512 + 5 * IPMI_REQUEST_DATA_SIZE;
+// Room for every field of sIolData at its longest, the numbers and the words between.
+const size_t kTraceHeadSize = 256;
 
 enum eAttempt {
     eAttemptSucceeded,
-    eAttemptRefused,     // ipmitool ran and printed a failure
+    eAttemptRefused,     // ipmitool ran and printed a failure, or ended in failure
     eAttemptNotStarted,  // the command could not be started
 };
 
-// Runs the command line and reads at most LAN_OUTPUT_LIMIT bytes of its output.
-eAttempt RunIpmitool(const char* pchLine, char* pchText, size_t* puRead)
+// Judges the outcome of one run and fills the message from its output. A run that
+// exited with another status than 0 or died by a signal failed, whatever its text says.
+eAttempt JudgeOutput(uint8_t u8Command, eLanRun eRun, const char* pchText, size_t uRead, IPMIMessage* psMessage)
 {
-    FILE* pPipe = popen(pchLine, "r");
-    if (pPipe == nullptr) {
+    if (eRun == eLanRunNotStarted) {
         return eAttemptNotStarted;
     }
-    *puRead = fread(pchText, 1, LAN_OUTPUT_LIMIT, pPipe);
-    pchText[*puRead] = '\0';
-    pclose(pPipe);
-    return eAttemptSucceeded;
-}
-
-// Judges the output of one run and fills the message from it.
-eAttempt JudgeOutput(uint8_t u8Command, const char* pchText, size_t uRead, IPMIMessage* psMessage)
-{
-    if (uRead == 0) {
+    const bool bRefused = eRun != eLanRunSucceeded || HasLanFailureMarker(pchText);
+    if (!bRefused && uRead == 0) {
         psMessage->u8CompletionCode = 0;
         psMessage->u16ResponseLength = 0;
         return eAttemptSucceeded;
     }
-    if (!HasLanFailureMarker(pchText)) {
+    if (!bRefused) {
         if (!ParseLanResponseText(pchText, psMessage)) {
             // More bytes than any response can hold: not an answer to trust.
             DebugMessage("\r   Execute ipmitool: more than %d response bytes\n", IPMI_RESPONSE_DATA_SIZE);
@@ -74,14 +63,15 @@ int DoIPMILanCommand(uint8_t u8NetFnLun, uint8_t u8Command, IPMIMessage* psMessa
     DebugMessage("   NetFn=0x%X, Cmd=0x%X, ReqLen=0x%X\n   ReqData=", u8NetFn, u8Command, psMessage->u8RequestLength);
     DebugPrintArray(psMessage->au8RequestData, psMessage->u8RequestLength);
 
-    char achLine[kCommandLineSize];
-    char achHead[kCommandLineSize];
+    char achHead[kTraceHeadSize];
+    sLanArgv sArgv;
     bool bError = true;
     for (int iAttempt = 0; iAttempt < LAN_ATTEMPTS; iAttempt++) {
         if (iAttempt > 0) {
             DebugMessage("   Retry %d\n", iAttempt);
         }
-        if (!BuildLanCommandLine(u8NetFn, u8Command, psMessage, achLine, sizeof(achLine), achHead, sizeof(achHead))) {
+        if (!BuildLanTraceHead(u8NetFn, u8Command, achHead, sizeof(achHead)) ||
+            !BuildLanArgv(u8NetFn, u8Command, psMessage, &sArgv)) {
             bError = true;
             break;
         }
@@ -91,10 +81,8 @@ int DoIPMILanCommand(uint8_t u8NetFnLun, uint8_t u8Command, IPMIMessage* psMessa
         }
         char achText[LAN_OUTPUT_LIMIT + 1] = {0};
         size_t uRead = 0;
-        eAttempt eResult = RunIpmitool(achLine, achText, &uRead);
-        if (eResult == eAttemptSucceeded) {
-            eResult = JudgeOutput(u8Command, achText, uRead, psMessage);
-        }
+        const eLanRun eRun = RunLanProcess(sArgv.apchArgv, achText, LAN_OUTPUT_LIMIT, &uRead);
+        const eAttempt eResult = JudgeOutput(u8Command, eRun, achText, uRead, psMessage);
         bError = (eResult != eAttemptSucceeded);
         if (!bError || (eResult == eAttemptRefused && u8Command == IPMI_CMD_GET_DEVICE_ID)) {
             break;

@@ -1,4 +1,4 @@
-// Building ipmitool's command line and reading back what it prints.
+// Reading back what ipmitool prints: failure markers, response bytes, completion code.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -9,8 +9,7 @@ namespace {
 
 const char* const kFailureMarkers[] = {"Unable to", "failed", "no support for", "Error"};
 const char* const kCipherMarkers[] = {"no support for IPMI_AUTH", "lanplus_encrypt_payload: Assertion"};
-const uint16_t kCipherNone = 0xFF;  // low byte that selects the form without -C
-const size_t kCodeWidth = 4;        // "0xc5" in front of the ")"
+const size_t kCodeWidth = 4;  // "0xc5" in front of the ")"
 
 template <size_t N>
 int HasAny(const char* pchText, const char* const (&apchMarkers)[N])
@@ -24,37 +23,6 @@ int HasAny(const char* pchText, const char* const (&apchMarkers)[N])
 }
 
 }  // namespace
-
-int BuildLanCommandLine(uint8_t u8NetFn, uint8_t u8Command, const IPMIMessage* psMessage, char* pchLine,
-                        size_t uSize, char* pchHead, size_t uHeadSize)
-{
-    int iLength;
-    if ((sIolData.u16CipherSuiteID & 0xFF) != kCipherNone) {
-        iLength = snprintf(pchHead, uHeadSize, "%s -C %d -I %s -U %s -P %s -H %s raw 0x%02x 0x%02x ", "ipmitool",
-                           sIolData.u16CipherSuiteID, sIolData.achLanIF, sIolData.achUserName,
-                           sIolData.achPassWord, sIolData.achHostIP, u8NetFn, u8Command);
-    } else {
-        iLength = snprintf(pchHead, uHeadSize, "%s -I %s -U %s -P %s -H %s raw 0x%02x 0x%02x ", "ipmitool",
-                           sIolData.achLanIF, sIolData.achUserName, sIolData.achPassWord, sIolData.achHostIP,
-                           u8NetFn, u8Command);
-    }
-    if (iLength < 0 || static_cast<size_t>(iLength) >= uHeadSize || static_cast<size_t>(iLength) >= uSize) {
-        return 0;
-    }
-    strcpy(pchLine, pchHead);
-    size_t uUsed = static_cast<size_t>(iLength);
-    uint8_t u8Count = psMessage->u8RequestLength <= IPMI_REQUEST_DATA_SIZE ? psMessage->u8RequestLength
-                                                                           : static_cast<uint8_t>(IPMI_REQUEST_DATA_SIZE);
-    for (uint8_t i = 0; i < u8Count; i++) {
-        int iPiece = snprintf(pchLine + uUsed, uSize - uUsed, "0x%02x ", psMessage->au8RequestData[i]);
-        if (iPiece < 0 || static_cast<size_t>(iPiece) >= uSize - uUsed) {
-            return 0;
-        }
-        uUsed += static_cast<size_t>(iPiece);
-    }
-    int iTail = snprintf(pchLine + uUsed, uSize - uUsed, " 2>&1");
-    return (iTail > 0 && static_cast<size_t>(iTail) < uSize - uUsed) ? 1 : 0;
-}
 
 int HasLanFailureMarker(const char* pchText)
 {

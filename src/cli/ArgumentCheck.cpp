@@ -1,5 +1,9 @@
 #include "ArgumentCheck.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 
@@ -110,10 +114,18 @@ int ValidateAnalyzeParameters(uint16_t u16ArgCount, char** ppchArgs, int* pbIsSD
 
 int IsFileExistReadOnly(const char* pchPath)
 {
-    FILE* pFile = fopen(pchPath, "r");
-    if (pFile == nullptr) {
+    // Only a regular file has an end to read to: a FIFO would block the run forever, a
+    // directory has no bytes, and opening a device can act on it. So the kind is looked
+    // at before the open, the open can't block, and the opened file is looked at again.
+    struct stat sStat;
+    if (stat(pchPath, &sStat) != 0 || !S_ISREG(sStat.st_mode)) {
         return 1;
     }
-    fclose(pFile);
-    return 0;
+    int iFile = open(pchPath, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (iFile < 0) {
+        return 1;
+    }
+    bool bRegular = fstat(iFile, &sStat) == 0 && S_ISREG(sStat.st_mode);
+    close(iFile);
+    return bRegular ? 0 : 1;
 }

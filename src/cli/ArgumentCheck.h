@@ -20,7 +20,7 @@ int ValidateAnalyzeParameters(uint16_t u16ArgCount, char** ppchArgs, int* pbIsSD
 int CheckArgument(char** ppchArgs, uint16_t* pu16Index, char* pchFileName, uint16_t* pu16FruID,
                   int* pbFruIDGiven);
 
-// 0 if the file can be opened for reading, else 1.
+// 0 if the path names a regular file that can be opened for reading, else 1.
 int IsFileExistReadOnly(const char* pchPath);
 
 #endif

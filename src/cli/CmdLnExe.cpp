@@ -176,6 +176,13 @@ int TCommandLineExecution::ParseCommandOptions(int16_t i16ArgCount, char** ppchA
     return (eReturnCode == eRcSuccess) ? 1 : 0;
 }
 
+int TCommandLineExecution::RefuseCommandLine(eReturnCodeTag eCode)
+{
+    u16ParsedCount = 0;
+    eReturnCode = eCode;
+    return 0;
+}
+
 eReturnCodeTag TCommandLineExecution::RunParsedOption(const sParsedOption& sParsed)
 {
     sExecutedOption& sLog = asExecuted[u16ExecutedCount];

@@ -63,6 +63,8 @@ public:
     eReturnCodeTag FunctionRegistry(const char* pchName, uint8_t u8MaxArgs, uint8_t u8MinArgs,
                                     TOptionHandler pfnHandler);
     int ParseCommandOptions(int16_t i16ArgCount, char** ppchArgs);
+    // Refuses the line before any parse with the code given; returns 0.
+    int RefuseCommandLine(eReturnCodeTag eCode);
     eReturnCodeTag Trigger();
     eReturnCodeTag Trigger(uint16_t u16OptionNumber);
     void ShowOptionReturnCodeString(FILE* pStream) const;

@@ -1,11 +1,9 @@
 #include "MachineChecks.h"
 
-#include <sys/wait.h>
-
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
+#include "channel/LanChannel.h"
 #include "common/DebugOutput.h"
 
 namespace {
@@ -93,6 +91,11 @@ int CheckSystemInterfaceInConfigFile(const char* pchExpected)
 
 int CheckIpmitoolInstalled()
 {
-    int iStatus = system("ipmitool -V > /dev/null 2>&1 ");
-    return (iStatus != -1 && WIFEXITED(iStatus) && WEXITSTATUS(iStatus) == 0) ? 1 : 0;
+    // Run as every exchange runs it, without a shell; what it prints is not looked at.
+    char achVersion[] = "-V";
+    char achName[] = "ipmitool";
+    char* apchArgv[] = {achName, achVersion, nullptr};
+    char achOutput[LAN_OUTPUT_LIMIT + 1];
+    size_t uRead = 0;
+    return RunLanProcess(apchArgv, achOutput, LAN_OUTPUT_LIMIT, &uRead) == eLanRunSucceeded ? 1 : 0;
 }

@@ -1,6 +1,8 @@
 // Program entry: banner, option table, parse, the three passes, exit status.
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "CmdLnExe.h"
 #include "OptionHandlers.h"
@@ -44,9 +46,42 @@ void RegisterOptions(TCommandLineExecution& sDispatcher)
     RegisterFunctionOrExit(sDispatcher, "debugmsg", 0, 0, VerboseMode);
 }
 
-int ParseCommandLine(int16_t i16ArgCount, char** ppchArgs, TCommandLineExecution& sDispatcher)
+// The dispatcher counts the words in 16 bits with a sign; a longer line would wrap to a
+// short one, so it is refused as a line with too many arguments.
+int ParseCommandLine(int iArgCount, char** ppchArgs, TCommandLineExecution& sDispatcher)
 {
-    return sDispatcher.ParseCommandOptions(i16ArgCount, ppchArgs);
+    if (iArgCount > INT16_MAX) {
+        return sDispatcher.RefuseCommandLine(eRcIncorrectFormat);
+    }
+    return sDispatcher.ParseCommandOptions(static_cast<int16_t>(iArgCount), ppchArgs);
+}
+
+// One character more than the longest password that -P accepts, so that a copy of a
+// longer one is still refused as too long.
+const size_t kPasswordCopySize = sizeof(sIolData.achPassWord) + 1;
+
+bool IsOptionWord(const char* pchWord)
+{
+    return pchWord[0] == '-' || pchWord[0] == '/';
+}
+
+// The process list shows tavrin's own argument vector. Before any option runs (the
+// check for ipmitool among them), the value of -P moves to a copy of its own and is
+// blanked where it stood, as ipmitool does with its own.
+void HidePassword(int iArgCount, char** ppchArgs, char (&achCopy)[kPasswordCopySize])
+{
+    for (int i = 1; i + 1 < iArgCount; i++) {
+        if (!IsOptionWord(ppchArgs[i]) || strcmp(ppchArgs[i] + 1, "P") != 0) {
+            continue;
+        }
+        char* pchValue = ppchArgs[i + 1];
+        if (!IsOptionWord(pchValue)) {
+            snprintf(achCopy, sizeof(achCopy), "%s", pchValue);
+            memset(pchValue, 0, strlen(pchValue));
+            ppchArgs[i + 1] = achCopy;
+        }
+        return;
+    }
 }
 
 void ShowBadCommandLine(const TCommandLineExecution& sDispatcher)
@@ -64,8 +99,10 @@ int main(int argc, char** argv)
     TCommandLineExecution* psDispatcher = new TCommandLineExecution(OPTION_TABLE_CAPACITY);
     RegisterOptions(*psDispatcher);
 
+    char achPassword[kPasswordCopySize] = {0};
+    HidePassword(argc, argv, achPassword);
     int iStatus = EXIT_SUCCESS;
-    if (ParseCommandLine(static_cast<int16_t>(argc), argv, *psDispatcher) != 1) {
+    if (ParseCommandLine(argc, argv, *psDispatcher) != 1) {
         ShowBadCommandLine(*psDispatcher);
         iStatus = EXIT_BAD_COMMAND_LINE;
     } else if (psDispatcher->Trigger() != eRcSuccess) {

@@ -5,8 +5,8 @@
 
 #include "CmdLnExe.h"
 
-// The executable's name, as the help and error texts show it.
-#define TAVRIN "tavrin"
+// The executable's name as the help and error texts show it (the program file is tavrin).
+#define TAVRIN "TAVRIN"
 
 eReturnCodeTag ShowHelp(uint16_t u16ArgCount, char** ppchArgs);
 eReturnCodeTag ShowVersion(uint16_t u16ArgCount, char** ppchArgs);

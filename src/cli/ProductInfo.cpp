@@ -7,7 +7,7 @@
 namespace {
 
 const char* const kHelpLines[] = {
-    "Usage: " TAVRIN " Options [Filename] [fruID=FruID] ",
+    "Usage: " TAVRIN " Options [Filename] [fruID=FruID] \n",
     "Options: ",
     "    -h         Show this usage ",
     "    -d         Download a local SDR / FRU file to BMC repository ",

@@ -133,10 +133,9 @@ int FRUReadBlockStartTag(sTextFileContext* psContext, uint32_t* pu32OutsideFlag)
         std::fputs("<ERROR> Internal Error!\n", stderr);
         return 0;
     }
-    iconv_t cd = OpenLineConverter(psContext->eEncoding);
     char achLine[FRU_LINE_BUFFER_SIZE];
     int iFound = 0;
-    while (!iFound && ReadTextLine(psContext, cd, achLine, sizeof(achLine), FRU_LINE_READ_LIMIT)) {
+    while (!iFound && ReadTextLine(psContext, achLine, sizeof(achLine), FRU_LINE_READ_LIMIT)) {
         TrimComment(achLine);
         TrimSideSpace(achLine);
         if (std::strstr(achLine, FRU_START_TAG) != nullptr) {
@@ -148,6 +147,5 @@ int FRUReadBlockStartTag(sTextFileContext* psContext, uint32_t* pu32OutsideFlag)
             *pu32OutsideFlag = 1;
         }
     }
-    CloseLineConverter(cd);
     return iFound;
 }

@@ -301,10 +301,11 @@ eState RunInitializationAgentCommand()
     DebugMessage("\n=> CMD_RUN_INITIALIZATION_AGENT\n");
     int iSent = DoIPMICommand(IPMI_NETFN_STORAGE_LUN0, IPMI_CMD_RUN_INITIALIZATION_AGENT, &sMessage);
     if (iSent != 0) {
-        // No upper limit: the agent ends by a status other than "in progress" or a failed exchange.
+        // The agent ends by a status other than "in progress" or a failed exchange; a BMC
+        // that says "in progress" for ever has a failed agent once the polls run out.
         uint32_t u32Polls = 0;
-        while (iSent != 0 && sMessage.au8ResponseData[0] == 0) {
-            if (u32Polls < SDR_INIT_AGENT_PATIENCE_POLLS && ++u32Polls == SDR_INIT_AGENT_PATIENCE_POLLS) {
+        while (iSent != 0 && sMessage.au8ResponseData[0] == 0 && u32Polls < SDR_INIT_AGENT_POLL_LIMIT) {
+            if (++u32Polls == SDR_INIT_AGENT_PATIENCE_POLLS) {
                 std::fputs("(please wait)... ", stdout);
                 std::fflush(stdout);
             }

@@ -17,6 +17,7 @@ enum {
     SDR_ERASE_GET_STATUS = 0x00,         // Clear SDR Repository: get erasure status
     SDR_ERASE_POLL_LIMIT = 3,            // status polls after the erase was started
     SDR_INIT_AGENT_PATIENCE_POLLS = 3000,  // polls before "(please wait)... " shows
+    SDR_INIT_AGENT_POLL_LIMIT = 10 * SDR_INIT_AGENT_PATIENCE_POLLS,  // then the agent has failed
 };
 
 // The decoded response of Get SDR Repository Info.
@@ -61,8 +62,8 @@ eState ClearSDRCommand(uint16_t u16ReserveID, uint8_t u8Action);
 // Reserves and erases the whole repository. eStateEraseCompleted or eStateFailed.
 eState ToClearSDR();
 
-// Runs the Initialization Agent and polls it to its end.
-// eStateInitAgentCompleted or eStateFailed.
+// Runs the Initialization Agent and polls it to its end, SDR_INIT_AGENT_POLL_LIMIT
+// status polls at most. eStateInitAgentCompleted or eStateFailed.
 eState RunInitializationAgentCommand();
 
 #endif

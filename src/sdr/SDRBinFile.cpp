@@ -29,11 +29,23 @@ uint16_t WordAt(const uint8_t* pu8Data, uint32_t u32Offset)
     return static_cast<uint16_t>(pu8Data[u32Offset] | (pu8Data[u32Offset + 1] << 8));
 }
 
-// The whole file in one buffer; 0 bytes when it can't be read.
+// The whole file of a binary format in one buffer; 0 bytes when it can't be read.
 struct sFileImage {
     uint8_t* pu8Data = nullptr;
     uint32_t u32Size = 0;
 };
+
+// The formats are told by their first bytes. A file whose first bytes can't be read
+// counts as matching, so that the whole read fails as it would.
+bool StartsWithABinaryHeader(FILE* pFile, long lSize)
+{
+    uint8_t au8Head[kVersionTwoHeaderSize];
+    const size_t uWant = (lSize < static_cast<long>(sizeof(au8Head))) ? static_cast<size_t>(lSize) : sizeof(au8Head);
+    const size_t uHead = (fseek(pFile, 0, SEEK_SET) == 0) ? fread(au8Head, 1, uWant, pFile) : 0;
+    const uint32_t u32Head = static_cast<uint32_t>(uHead);
+    return uHead == 0 || IsNewVersionTwoSDRFile(au8Head, u32Head) || IsNewSDRFile(au8Head, u32Head) ||
+           IsOldSDRFile(au8Head, u32Head);
+}
 
 eSDRFileState LoadFile(const char* pchPath, sFileImage* psImage)
 {
@@ -52,6 +64,11 @@ eSDRFileState LoadFile(const char* pchPath, sFileImage* psImage)
         fprintf(stderr, "<ERROR> SDR file too large, %s.\n", pchPath);
         fclose(pFile);
         return eSdrBinaryError;
+    }
+    // A file that matches no format (a text file, which may be large) isn't read whole.
+    if (!StartsWithABinaryHeader(pFile, lSize)) {
+        fclose(pFile);
+        return eSdrNotBinary;
     }
     psImage->pu8Data = static_cast<uint8_t*>(malloc(static_cast<size_t>(lSize)));
     size_t uRead = 0;
@@ -187,7 +204,7 @@ eSDRFileState ReadSDRBinFile(const char* pchPath, uint16_t* pu16RecordCount)
         return eSdrBinaryError;
     }
     sFileImage sImage;
-    eSDRFileState eResult = LoadFile(pchPath, &sImage);
+    eSDRFileState eResult = LoadFile(pchPath, &sImage);  // eSdrNotBinary for a text file
     if (eResult == eSdrBinaryDone) {
         eResult = ReadRecognisedFile(sImage.pu8Data, sImage.u32Size, pu16RecordCount);
     }

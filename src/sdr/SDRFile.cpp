@@ -3,18 +3,8 @@
 #include <cstdio>
 
 #include "SDRBinFile.h"
+#include "SDRTextFile.h"
 #include "text/FileEncoding.h"
-
-namespace {
-
-// Files that match no binary format are SDR text files; this build reads binary ones only.
-int ReadSDRTextFile(FILE* /*pFile*/, const char* pchPath, eFileEncoding /*eEncoding*/, uint16_t* /*pu16Count*/)
-{
-    fprintf(stderr, "<ERROR> %s is not a binary SDR file, and SDR text files cannot be read yet. \n", pchPath);
-    return 0;
-}
-
-}  // namespace
 
 int ReadSDRFile(const char* pchPath, uint16_t* pu16RecordCount)
 {
@@ -37,7 +27,7 @@ int ReadSDRFile(const char* pchPath, uint16_t* pu16RecordCount)
         fclose(pFile);
         return (eState == eSdrBinaryDone) ? 1 : 0;
     }
-    int iResult = ReadSDRTextFile(pFile, pchPath, eEncoding, pu16RecordCount);
-    fclose(pFile);
-    return iResult;
+    // No binary format matched: a text file, read from the open stream, which the text
+    // reader closes.
+    return ReadSDRTextFile(pFile, pchPath, eEncoding, pu16RecordCount);
 }

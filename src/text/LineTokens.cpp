@@ -3,12 +3,21 @@
 #include <cstdio>
 #include <cstring>
 
+// Lines are short and a file may hold millions of them: every function here makes one
+// plain pass over the characters it needs, with no library call per character or per
+// small step.
 namespace {
 
 // White space of the POSIX locale's isspace, independent of the current locale.
-bool IsPosixSpace(char chValue)
+inline bool IsPosixSpace(char chValue)
 {
-    return chValue != '\0' && strchr(" \t\n\v\f\r", chValue) != nullptr;
+    return chValue == ' ' || (chValue >= '\t' && chValue <= '\r');
+}
+
+// The separators of a token: blank, tab, carriage return, line feed.
+inline bool IsSeparator(char chValue)
+{
+    return chValue == ' ' || chValue == '\t' || chValue == '\r' || chValue == '\n';
 }
 
 const char kchQuote = '\'';
@@ -20,9 +29,11 @@ void TrimComment(char* pchLine)
     if (pchLine == nullptr) {
         return;
     }
-    char* pchComment = strstr(pchLine, "//");
-    if (pchComment != nullptr) {
-        *pchComment = '\0';
+    for (char* pch = pchLine; *pch != '\0'; pch++) {
+        if (pch[0] == '/' && pch[1] == '/') {
+            *pch = '\0';
+            return;
+        }
     }
 }
 
@@ -31,16 +42,20 @@ void TrimSideSpace(char* pchLine)
     if (pchLine == nullptr) {
         return;
     }
-    size_t uLength = strlen(pchLine);
-    while (uLength > 0 && IsPosixSpace(pchLine[uLength - 1])) {
-        uLength--;
-    }
     size_t uStart = 0;
-    while (uStart < uLength && IsPosixSpace(pchLine[uStart])) {
+    while (IsPosixSpace(pchLine[uStart])) {
         uStart++;
     }
-    memmove(pchLine, pchLine + uStart, uLength - uStart);
-    pchLine[uLength - uStart] = '\0';
+    size_t uEnd = uStart;
+    for (size_t i = uStart; pchLine[i] != '\0'; i++) {
+        if (!IsPosixSpace(pchLine[i])) {
+            uEnd = i + 1;
+        }
+    }
+    if (uStart > 0) {
+        memmove(pchLine, pchLine + uStart, uEnd - uStart);
+    }
+    pchLine[uEnd - uStart] = '\0';
 }
 
 int ParseNonQuotedData(char* pchLine, char* pchToken, size_t uTokenSize, int bKeepComment)
@@ -54,15 +69,21 @@ int ParseNonQuotedData(char* pchLine, char* pchToken, size_t uTokenSize, int bKe
         TrimComment(pchLine);
     }
     TrimSideSpace(pchLine);
-    const size_t uTokenLength = strcspn(pchLine, " \t\r\n");
-    if (uTokenLength >= uTokenSize) {
-        fputs("<ERROR> Internal Error!\n", stderr);
-        return 0;
+    size_t uTokenLength = 0;
+    for (; pchLine[uTokenLength] != '\0' && !IsSeparator(pchLine[uTokenLength]); uTokenLength++) {
+        if (uTokenLength + 1 >= uTokenSize) {
+            pchToken[0] = '\0';
+            fputs("<ERROR> Internal Error!\n", stderr);
+            return 0;
+        }
+        pchToken[uTokenLength] = pchLine[uTokenLength];
     }
-    memcpy(pchToken, pchLine, uTokenLength);
     pchToken[uTokenLength] = '\0';
     // The rest keeps its separator in front; with none, the line becomes empty.
-    memmove(pchLine, pchLine + uTokenLength, strlen(pchLine + uTokenLength) + 1);
+    size_t i = 0;
+    do {
+        pchLine[i] = pchLine[uTokenLength + i];
+    } while (pchLine[i++] != '\0');
     return 1;
 }
 

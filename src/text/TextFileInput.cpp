@@ -4,17 +4,14 @@
 
 namespace {
 
-// Room for TEXT_MAX_LINE_READ bytes rounded up to a whole UTF-16 character, and zero
-// bytes behind them that convert into the terminator.
-constexpr size_t RAW_LINE_SIZE = TEXT_MAX_LINE_READ + 3;
-
 const int kiLineFeed = 0x0A;
 
+// Bytes up to and including the first line feed, at most uMaxBytes of them.
 size_t ReadByteLine(FILE* pFile, char* pchLine, size_t uMaxBytes)
 {
     size_t uCount = 0;
     while (uCount < uMaxBytes) {
-        const int iByte = fgetc(pFile);
+        const int iByte = getc_unlocked(pFile);
         if (iByte == EOF) {
             break;
         }
@@ -23,26 +20,40 @@ size_t ReadByteLine(FILE* pFile, char* pchLine, size_t uMaxBytes)
             break;
         }
     }
+    pchLine[uCount] = '\0';
     return uCount;
 }
 
-// Whole characters while the first byte of the next one lies within the limit. The
-// line feed's 00 is consumed but not kept; a lone last byte of the file is kept.
-size_t ReadUTF16Line(FILE* pFile, char* pchRaw, size_t uMaxBytes)
+// Whole little-endian characters while the first byte of the next one lies within the
+// limit; the line feed's 00 is consumed but not counted. Characters below U+0100 go
+// to pchLine as their one byte until the first one above U+00FF, which ends the text
+// (the same result as a conversion from UTF-16LE to ISO-8859-1 that stops at the first
+// character it can't convert). Returns the bytes taken from the file.
+size_t ReadUTF16Line(FILE* pFile, char* pchLine, size_t uMaxBytes)
 {
     size_t uCount = 0;
+    size_t uText = 0;
+    bool bCut = false;
     while (uCount < uMaxBytes) {
-        const int iLow = fgetc(pFile);
+        const int iLow = getc_unlocked(pFile);
         if (iLow == EOF) {
             break;
         }
-        pchRaw[uCount++] = static_cast<char>(iLow);
-        const int iHigh = fgetc(pFile);
-        if (iHigh == EOF || (iLow == kiLineFeed && iHigh == 0)) {
+        uCount++;
+        const int iHigh = getc_unlocked(pFile);
+        const bool bLineFeed = (iLow == kiLineFeed && iHigh == 0);
+        if (iHigh != EOF && !bLineFeed) {
+            uCount++;
+        }
+        bCut = bCut || (iHigh != EOF && iHigh != 0);
+        if (!bCut) {
+            pchLine[uText++] = static_cast<char>(iLow);
+        }
+        if (iHigh == EOF || bLineFeed) {
             break;
         }
-        pchRaw[uCount++] = static_cast<char>(iHigh);
     }
+    pchLine[uText] = '\0';
     return uCount;
 }
 
@@ -63,38 +74,19 @@ int InitTextFileContext(sTextFileContext* psContext, const char* pchPath, FILE* 
     return 1;
 }
 
-iconv_t OpenLineConverter(eFileEncoding eEncoding)
-{
-    if (eEncoding != eEncodingUTF16) {
-        return INVALID_CONVERTER;
-    }
-    return iconv_open(CHARSET_ONE_BYTE, CHARSET_UTF16LE);
-}
-
-void CloseLineConverter(iconv_t cd)
-{
-    if (cd != INVALID_CONVERTER) {
-        iconv_close(cd);
-    }
-}
-
-int ReadTextLine(sTextFileContext* psContext, iconv_t cd, char* pchLine, size_t uLineSize,
-                 size_t uMaxBytes)
+int ReadTextLine(sTextFileContext* psContext, char* pchLine, size_t uLineSize, size_t uMaxBytes)
 {
     if (psContext == nullptr || psContext->pFile == nullptr || pchLine == nullptr ||
         uMaxBytes == 0 || uMaxBytes >= uLineSize || uMaxBytes > TEXT_MAX_LINE_READ) {
         fputs("<ERROR> Internal Error!\n", stderr);
         return 0;
     }
-    memset(pchLine, 0, uLineSize);
-    if (psContext->eEncoding == eEncodingUTF16) {
-        char achRaw[RAW_LINE_SIZE] = {0};
-        if (ReadUTF16Line(psContext->pFile, achRaw, uMaxBytes) == 0) {
-            return 0;
-        }
-        // The last byte of the line buffer stays zero whatever the conversion gives.
-        ConvertEncodingType(cd, achRaw, sizeof(achRaw), pchLine, uLineSize - 1);
-    } else if (ReadByteLine(psContext->pFile, pchLine, uMaxBytes) == 0) {
+    // A UTF-16 piece may take one byte more than the limit (a whole last character),
+    // and gives at most half as many characters, so both fit the line buffer.
+    const size_t uTaken = (psContext->eEncoding == eEncodingUTF16)
+                              ? ReadUTF16Line(psContext->pFile, pchLine, uMaxBytes)
+                              : ReadByteLine(psContext->pFile, pchLine, uMaxBytes);
+    if (uTaken == 0) {
         return 0;
     }
     psContext->u16LineNumber++;

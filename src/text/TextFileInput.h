@@ -8,14 +8,15 @@
 // - UTF-16 files: the read goes by whole little-endian characters. A line ends with the
 //   character 0A 00, whose 0A alone is kept; a piece ended by the limit ends behind a
 //   whole character (an odd limit is rounded up to one), so that the next read starts
-//   on a character boundary and no character is ever split. The bytes are converted to
-//   one-byte text through the descriptor; a character above U+00FF cuts the line there.
+//   on a character boundary and no character is ever split. Each character below
+//   U+0100 becomes its one byte (ISO-8859-1); the first character above U+00FF cuts the
+//   line's text there, and the rest of the line is read but dropped. A lone last byte
+//   of the file stands for the character with a high byte of 0.
 // The byte-order mark must have been skipped by the owner of the stream before the
 // first read (3 bytes for UTF-8, 2 for UTF-16).
 #ifndef TAVRIN_TEXT_TEXTFILEINPUT_H
 #define TAVRIN_TEXT_TEXTFILEINPUT_H
 
-#include "text/EncodingConversion.h"
 #include "text/FileEncoding.h"
 
 #include <cstddef>
@@ -40,19 +41,15 @@ int InitTextFileContext(sTextFileContext* psContext, const char* pchPath, FILE* 
 // The largest limit a reader may ask for (a FRU text line).
 constexpr size_t TEXT_MAX_LINE_READ = 257;
 
-// The descriptor that ReadTextLine needs: UTF-16LE to ISO-8859-1 for a UTF-16 file,
-// INVALID_CONVERTER (which needs no closing) for the others. A reading function opens
-// it at its start and closes it with CloseLineConverter on every way out.
-iconv_t OpenLineConverter(eFileEncoding eEncoding);
-void CloseLineConverter(iconv_t cd);
-
-// Reads the next line by the rule above into pchLine, which it zeroes first (all
-// uLineSize bytes), and adds 1 to u16LineNumber. uMaxBytes must be below uLineSize and
+// Reads the next line by the rule above into pchLine, zero-terminated, and adds 1 to
+// u16LineNumber. The line's bytes are taken one by one from the stream's own buffer
+// (the process has one thread): a file of millions of short lines reads at the speed of
+// memory, with no conversion call per line. uMaxBytes must be below uLineSize and
 // at most TEXT_MAX_LINE_READ (the SDR reader: 256-byte buffer, 254; the FRU reader:
 // 258-byte buffer, 257). Returns 1 for a line, 0 at the end of the file with nothing
 // read (a read error counts as the end), or 0 with "<ERROR> Internal Error!\n" for a
 // null pointer or sizes outside these bounds.
-int ReadTextLine(sTextFileContext* psContext, iconv_t cd, char* pchLine, size_t uLineSize,
+int ReadTextLine(sTextFileContext* psContext, char* pchLine, size_t uLineSize,
                  size_t uMaxBytes);
 
 #endif

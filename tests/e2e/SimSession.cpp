@@ -61,13 +61,24 @@ RunResult SimSession::Tavrin(Route eRoute, const std::vector<std::string>& vArgs
     const char* pchPath = getenv("PATH");
     sOptions.vEnv = {{"TAVRIN_BMCSIM_STATE", m_sState},
                      {"LD_LIBRARY_PATH", BuildDir() + "/sim/lib"},
-                     {"PATH", BuildDir() + "/sim/bin:" + (pchPath != nullptr ? pchPath : "/usr/bin:/bin")}};
+                     {"PATH", m_sPathFirst + BuildDir() + "/sim/bin:" + (pchPath != nullptr ? pchPath : "/usr/bin:/bin")}};
     return RunProgram(vArgv, sOptions);
 }
 
 std::string SimSession::Records() const
 {
     return Sim({"sdr-list"}).sOut;
+}
+
+std::string SimSession::RecordsWithoutIDs() const
+{
+    std::istringstream sLines(Records());
+    std::string sResult;
+    for (std::string sLine; std::getline(sLines, sLine);) {
+        size_t uData = sLine.find("data=");
+        sResult += sLine.substr(sLine.find("type="), uData - sLine.find("type=")) + sLine.substr(uData + 5 + 4) + "\n";
+    }
+    return sResult;
 }
 
 std::vector<SimExchange> SimSession::Log() const

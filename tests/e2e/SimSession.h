@@ -27,13 +27,18 @@ public:
     RunResult Tavrin(Route eRoute, const std::vector<std::string>& vArgs) const;
 
     std::string Records() const;             // the repository, one record a line
+    std::string RecordsWithoutIDs() const;   // the same without the IDs, which the BMC assigns
     std::vector<SimExchange> Log() const;    // every exchange since the last ClearLog
     void ClearLog() const;
     std::string File(const std::string& sName) const { return m_sDir.File(sName); }
+    const std::string& Dir() const { return m_sDir.Path(); }
+    // A directory searched before the simulator's programs, for a stand-in in front of them.
+    void PutFirstOnPath(const std::string& sDir) { m_sPathFirst = sDir + ":"; }
 
 private:
     TempDir m_sDir;
     std::string m_sState;
+    std::string m_sPathFirst;
 };
 
 #endif

@@ -1,10 +1,11 @@
+// The header of format versions 1 and 2 and the framing of the records come from the
+// product's own writer; formats 0 and 2 add what only they have around them.
 #include "BinarySDRWriter.h"
 
-#include "sdr/SDRCrc.h"
+#include "sdr/SDRBinWriter.h"
 
 namespace {
 
-const uint8_t kMagic[4] = {'K', 'M', 'O', 'R'};
 const uint32_t kVersionTwoHeaderSize = 21;
 
 void PutWord(std::vector<uint8_t>& vFile, size_t uOffset, uint32_t u32Value)
@@ -29,11 +30,12 @@ std::vector<uint8_t> BuildHeader(int iVersion, uint32_t u32Count)
         uint8_t u8Count = static_cast<uint8_t>(u32Count);
         return {u8Count, static_cast<uint8_t>(0x100 - u8Count)};
     }
-    std::vector<uint8_t> vHeader(iVersion == 1 ? 8 : kVersionTwoHeaderSize, 0);
-    for (int i = 0; i < 4; i++) vHeader[i] = kMagic[i];
-    vHeader[4] = static_cast<uint8_t>(iVersion);
-    PutWord(vHeader, 5, u32Count);
-    PutChecksum(vHeader, 0, 7);
+    uint8_t au8Start[SDR_BIN_HEADER_SIZE];
+    SDRBuildBinHeader(static_cast<uint8_t>(iVersion), static_cast<uint16_t>(u32Count), au8Start);
+    std::vector<uint8_t> vHeader(au8Start, au8Start + SDR_BIN_HEADER_SIZE);
+    if (iVersion == 2) {
+        vHeader.resize(kVersionTwoHeaderSize, 0);
+    }
     return vHeader;
 }
 
@@ -41,21 +43,16 @@ std::vector<uint8_t> BuildHeader(int iVersion, uint32_t u32Count)
 
 uint16_t RecordCrc(const TRecord& vRecord)
 {
-    uint16_t u16Crc = 0;
-    for (uint8_t u8Byte : vRecord) {
-        u16Crc = GenerateCRC16(u16Crc, u8Byte);
-    }
-    return u16Crc;
+    return SDRComputeRecordCRC16(vRecord.data(), vRecord.size());
 }
 
 std::vector<uint8_t> BuildBinarySDRFile(int iVersion, const std::vector<TRecord>& vRecords, uint32_t u32Padding)
 {
     std::vector<uint8_t> vFile = BuildHeader(iVersion, static_cast<uint32_t>(vRecords.size()));
     for (const TRecord& vRecord : vRecords) {
-        vFile.insert(vFile.end(), vRecord.begin(), vRecord.end());
-        uint16_t u16Crc = RecordCrc(vRecord);
-        vFile.push_back(static_cast<uint8_t>(u16Crc & 0xFF));
-        vFile.push_back(static_cast<uint8_t>(u16Crc >> 8));
+        const size_t uStart = vFile.size();
+        vFile.resize(uStart + vRecord.size() + SDR_BIN_CRC_SIZE);
+        SDRBuildBinRecordFrame(vRecord.data(), vRecord.size(), vFile.data() + uStart, vFile.size() - uStart);
     }
     if (iVersion == 2) {
         vFile.insert(vFile.end(), u32Padding, 0xFF);

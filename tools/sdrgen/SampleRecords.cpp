@@ -110,3 +110,100 @@ std::vector<TRecord> ExampleRecordSet()
         OEMRecord(0x0006, {0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08}),
     };
 }
+
+TRecord EventOnlyRecord(uint16_t u16RecordID, uint8_t u8SensorNumber, uint8_t u8LengthCode,
+                        const std::vector<uint8_t>& vIdBytes)
+{
+    std::vector<uint8_t> vBody = {
+        kBmcSlaveAddress, 0x00, u8SensorNumber,  // owner, LUN, sensor number
+        0x17, 0x01,                              // entity: system chassis 1
+        0x12, 0x6F,                              // system event, sensor-specific
+        0x01, 0x00,                              // record sharing: one sensor
+        0x00,                                    // reserved
+        0x00,                                    // OEM
+        u8LengthCode,
+    };
+    vBody.insert(vBody.end(), vIdBytes.begin(), vIdBytes.end());
+    return Finish(u16RecordID, 0x03, vBody);
+}
+
+TRecord EntityAssociationRecord(uint16_t u16RecordID)
+{
+    return Finish(u16RecordID, 0x08, {
+        0x17, 0x01,              // container: system chassis 1
+        0x00,                    // a list of entities, no links
+        0x0A, 0x01, 0x0A, 0x02,  // power supplies 1 and 2
+        0x00, 0x00, 0x00, 0x00,  // unused
+    });
+}
+
+TRecord DeviceRelativeAssociationRecord(uint16_t u16RecordID)
+{
+    return Finish(u16RecordID, 0x09, {
+        0x07, 0x61,              // container: system board, device-relative instance 1
+        kBmcSlaveAddress, 0x00,  // its controller, channel 0
+        0x00,                    // a list of entities, no links
+        kBmcSlaveAddress, 0x00, 0x20, 0x61,  // memory device 1
+        kBmcSlaveAddress, 0x00, 0x20, 0x62,  // memory device 2
+        0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,  // unused
+        0x00, 0x00, 0x00, 0x00, 0x00, 0x00,  // reserved
+    });
+}
+
+TRecord GenericDeviceLocatorRecord(uint16_t u16RecordID, const std::string& sName)
+{
+    std::vector<uint8_t> vBody = {
+        0x00, 0x98,  // access address, slave address of the chip
+        0x02,        // LUN 0, private bus 2
+        0x00, 0x00,  // address span, reserved
+        0x08, 0x00,  // temperature sensor chip
+        0x07, 0x01,  // entity: system board 1
+        0x00,        // OEM
+    };
+    AppendIdString(vBody, sName);
+    return Finish(u16RecordID, 0x10, vBody);
+}
+
+TRecord MCConfirmationRecord(uint16_t u16RecordID)
+{
+    std::vector<uint8_t> vBody = {
+        kBmcSlaveAddress, 0x20,  // slave address, device ID
+        0x01, 0x05, 0x12,        // channel 0 and device revision 1, firmware 5.12
+        0x02,                    // IPMI 2.0
+        0x57, 0x01, 0x00,        // manufacturer ID 000157h
+        0x34, 0x12,              // product ID
+    };
+    for (uint8_t i = 0; i < 16; i++) {
+        vBody.push_back(static_cast<uint8_t>(0xA0 + i));  // device GUID
+    }
+    return Finish(u16RecordID, 0x13, vBody);
+}
+
+TRecord BMCChannelInfoRecord(uint16_t u16RecordID)
+{
+    return Finish(u16RecordID, 0x14, {
+        0x81, 0x02, 0x04, 0x05, 0x06, 0x07, 0x0C, 0x0F,  // channels 0-7: protocol each
+        0x60,                                           // messaging interrupt: none
+        0x61,                                           // event buffer interrupt: none
+        0x00,                                           // reserved
+    });
+}
+
+std::vector<TRecord> TextExampleRecordSet()
+{
+    return {
+        MCLocatorRecord(0x0001, "BMC"),
+        MCConfirmationRecord(0x0002),
+        BMCChannelInfoRecord(0x0003),
+        FullSensorRecord(0x0004, 0x01, "CPU1 Temp"),
+        CompactSensorRecord(0x0005, 0x10, "CPU2 Status"),
+        FullSensorRecord(0x0006, 0x30, "L\xFC" "fter 1"),
+        EventOnlyRecord(0x0007, 0x40, 0x43, {0x01, 0x02, 0x03}),
+        EntityAssociationRecord(0x0008),
+        DeviceRelativeAssociationRecord(0x0009),
+        GenericDeviceLocatorRecord(0x000A, "Board's temp"),
+        GenericDeviceLocatorRecord(0x000B, ""),
+        FRUDeviceLocatorRecord(0x000C, 0x00, "Baseboard FRU"),
+        OEMRecord(0x000D, {0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08}),
+    };
+}

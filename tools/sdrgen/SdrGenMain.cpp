@@ -1,12 +1,15 @@
-// tavrin-sdrgen: writes binary SDR files from the built-in sample records.
-//   tavrin-sdrgen VERSION FILE            the example record set
-//   tavrin-sdrgen VERSION FILE COUNT      COUNT full sensor records (for benchmarks)
-//   tavrin-sdrgen VERSION FILE COUNT min  COUNT records of a header only, the smallest
+// tavrin-sdrgen: writes binary and text SDR files from the built-in sample records.
+//   tavrin-sdrgen VERSION FILE                  the example record set, binary
+//   tavrin-sdrgen VERSION FILE COUNT            COUNT full sensor records (for benchmarks)
+//   tavrin-sdrgen VERSION FILE COUNT min        COUNT records of a header only, the smallest
+//   tavrin-sdrgen text ENCODING FILE            the text example (ascii, utf8 or utf16)
+//   tavrin-sdrgen text ENCODING FILE COUNT      COUNT records of the largest length, as text
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
 #include "BinarySDRWriter.h"
+#include "TextSDRWriter.h"
 
 namespace {
 
@@ -25,12 +28,44 @@ std::vector<TRecord> ManyRecords(unsigned long ulCount, bool bSmallest)
     return vRecords;
 }
 
+bool WriteFile(const char* pchPath, const void* pData, size_t uSize)
+{
+    FILE* pFile = fopen(pchPath, "wb");
+    bool bWritten = pFile != nullptr && fwrite(pData, 1, uSize, pFile) == uSize;
+    if (pFile != nullptr && fclose(pFile) != 0) {
+        bWritten = false;
+    }
+    if (!bWritten) {
+        fprintf(stderr, "tavrin-sdrgen: cannot write %s\n", pchPath);
+    }
+    return bWritten;
+}
+
+int WriteTextFile(int argc, char** argv)
+{
+    const std::string sEncoding = (argc >= 3) ? argv[2] : "";
+    const eFileEncoding eEncoding = (sEncoding == "utf8") ? eEncodingUTF8
+                                    : (sEncoding == "utf16") ? eEncodingUTF16 : eEncodingASCII;
+    if (argc < 4 || argc > 5 || (sEncoding != "ascii" && sEncoding != "utf8" && sEncoding != "utf16")) {
+        fputs("usage: tavrin-sdrgen text ascii|utf8|utf16 FILE [COUNT]\n", stderr);
+        return 2;
+    }
+    const std::string sText =
+        (argc == 5) ? LargestSDRText(static_cast<uint32_t>(strtoul(argv[4], nullptr, 10))) : ExampleSDRText();
+    const std::string sBytes = EncodeSDRText(sText, eEncoding);
+    return WriteFile(argv[3], sBytes.data(), sBytes.size()) ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
+    if (argc >= 2 && std::string(argv[1]) == "text") {
+        return WriteTextFile(argc, argv);
+    }
     if (argc < 3 || argc > 5) {
-        fputs("usage: tavrin-sdrgen VERSION(0|1|2) FILE [COUNT [min]]\n", stderr);
+        fputs("usage: tavrin-sdrgen VERSION(0|1|2) FILE [COUNT [min]]\n"
+              "       tavrin-sdrgen text ascii|utf8|utf16 FILE [COUNT]\n", stderr);
         return 2;
     }
     int iVersion = atoi(argv[1]);
@@ -42,10 +77,5 @@ int main(int argc, char** argv)
     std::vector<TRecord> vRecords =
         (argc >= 4) ? ManyRecords(strtoul(argv[3], nullptr, 10), bSmallest) : ExampleRecordSet();
     std::vector<uint8_t> vFile = BuildBinarySDRFile(iVersion, vRecords);
-    FILE* pFile = fopen(argv[2], "wb");
-    if (pFile == nullptr || fwrite(vFile.data(), 1, vFile.size(), pFile) != vFile.size() || fclose(pFile) != 0) {
-        fprintf(stderr, "tavrin-sdrgen: cannot write %s\n", argv[2]);
-        return 1;
-    }
-    return 0;
+    return WriteFile(argv[2], vFile.data(), vFile.size()) ? 0 : 1;
 }

@@ -182,7 +182,6 @@ INSTANTIATE_TEST_SUITE_P(
     FullLibraries, KcsRouteIni,
     ::testing::Values(sIniCase{"NoFile", nullptr, true, kInitPort, SixteenBitBoundary, 0},
                       sIniCase{"EmptyFile", "", true, 0xCA8, ThirtyTwoBitBoundary, 0x3000},
-                      sIniCase{"OnlyKcs", "KCS\n", true, 0xCA8, ThirtyTwoBitBoundary, 0x3000},
                       sIniCase{"AllFourLines", "KCS\nCA4\nReserved\n4000\n", true, 0xCA4, Reserved, 0x4000},
                       sIniCase{"AnyCaseCrLf", "kcs\r\nca6\r\nbyteBOUNDARY\r\n", true, 0xCA6, ByteBoundary, 0x3000},
                       sIniCase{"UnderscoreEndsToken", "KCS_SMIC\n", true, 0xCA8, ThirtyTwoBitBoundary, 0x3000},

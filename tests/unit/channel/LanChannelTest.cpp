@@ -12,14 +12,24 @@
 
 namespace {
 
+// What the stand-in prints, and shell code that it runs afterwards (an exit status, a
+// signal to itself).
+struct FakeAnswer {
+    FakeAnswer(const char* pchText, const char* pchThen = "") : sText(pchText), sThen(pchThen) {}
+    FakeAnswer(const std::string& sTextIn) : sText(sTextIn) {}
+    std::string sText;
+    std::string sThen;
+};
+
 // A stand-in ipmitool, first on PATH, that logs each command line and prints the
 // next of the answers it was given (the last one repeats).
 class FakeIpmitool {
 public:
-    explicit FakeIpmitool(const std::vector<std::string>& vAnswers)
+    explicit FakeIpmitool(const std::vector<FakeAnswer>& vAnswers)
     {
         for (size_t i = 0; i < vAnswers.size(); i++) {
-            WriteFileText(m_sDir.File("answer" + std::to_string(i)), vAnswers[i]);
+            WriteFileText(m_sDir.File("answer" + std::to_string(i)), vAnswers[i].sText);
+            WriteFileText(m_sDir.File("then" + std::to_string(i)), vAnswers[i].sThen + "\n");
         }
         WriteFileText(m_sDir.File("ipmitool"),
                       "#!/bin/sh\n"
@@ -28,7 +38,8 @@ public:
                       "n=$(wc -l < \"$d/log\")\n"
                       "i=$((n - 1)); [ $i -ge " + std::to_string(vAnswers.size()) + " ] && i=" +
                           std::to_string(vAnswers.size() - 1) + "\n"
-                      "cat \"$d/answer$i\"\n");
+                      "cat \"$d/answer$i\"\n"
+                      ". \"$d/then$i\"\n");
         std::string sChmod = "chmod +x " + m_sDir.File("ipmitool");
         EXPECT_EQ(0, system(sChmod.c_str()));
         m_sOldPath = getenv("PATH");
@@ -74,20 +85,52 @@ IPMIMessage GetSDRRequest()
 
 const char kRefusal[] = "Unable to send RAW command (channel=0x0 netfn=0xa lun=0x0 cmd=0x23 rsp=0xc5): Reservation cancelled\n";
 
-TEST(LanCommandLine, HasBothFormsByteForByte)
+std::vector<std::string> Words(const sLanArgv& sArgv)
+{
+    std::vector<std::string> vWords;
+    for (char* const* p = sArgv.apchArgv; *p != nullptr; p++) vWords.push_back(*p);
+    return vWords;
+}
+
+TEST(LanCommandLine, HasBothFormsWordForWordWithTheCanonicalAddress)
 {
     IPMIMessage sMessage = GetSDRRequest();
-    char achLine[600], achHead[600];
+    sLanArgv sArgv;
+    char achHead[256];
     SetLanData(3);
-    ASSERT_EQ(1, BuildLanCommandLine(0x0A, 0x23, &sMessage, achLine, sizeof(achLine), achHead, sizeof(achHead)));
-    EXPECT_STREQ("ipmitool -C 3 -I LANPLUS -U admin -P secret -H 127.0.0.1 raw 0x0a 0x23 "
-                 "0x34 0x12 0x00 0x00 0x00 0x05  2>&1",
-                 achLine);
+    strcpy(sIolData.achHostIP, "127.000.0.010");
+    ASSERT_EQ(1, BuildLanArgv(0x0A, 0x23, &sMessage, &sArgv));
+    EXPECT_EQ((std::vector<std::string>{"ipmitool", "-C", "3", "-I", "LANPLUS", "-U", "admin", "-P", "secret", "-H",
+                                        "127.0.0.10", "raw", "0x0a", "0x23", "0x34", "0x12", "0x00", "0x00", "0x00",
+                                        "0x05"}),
+              Words(sArgv));
+    ASSERT_EQ(1, BuildLanTraceHead(0x0A, 0x23, achHead, sizeof(achHead)));  // the address as typed
+    EXPECT_STREQ("ipmitool -C 3 -I LANPLUS -U admin -P secret -H 127.000.0.010 raw 0x0a 0x23 ", achHead);
     SetLanData(0xFF);
     sMessage.u8RequestLength = 0;
-    ASSERT_EQ(1, BuildLanCommandLine(0x06, 0x01, &sMessage, achLine, sizeof(achLine), achHead, sizeof(achHead)));
-    EXPECT_STREQ("ipmitool -I LANPLUS -U admin -P secret -H 127.0.0.1 raw 0x06 0x01  2>&1", achLine);
-    EXPECT_EQ(0, BuildLanCommandLine(0x06, 0x01, &sMessage, achLine, 20, achHead, sizeof(achHead)));
+    ASSERT_EQ(1, BuildLanArgv(0x06, 0x01, &sMessage, &sArgv));
+    EXPECT_EQ((std::vector<std::string>{"ipmitool", "-I", "LANPLUS", "-U", "admin", "-P", "secret", "-H", "127.0.0.1",
+                                        "raw", "0x06", "0x01"}),
+              Words(sArgv));
+    EXPECT_EQ(0, BuildLanTraceHead(0x06, 0x01, achHead, 20));
+    strcpy(sIolData.achHostIP, "host.example");
+    EXPECT_EQ(0, BuildLanArgv(0x06, 0x01, &sMessage, &sArgv));
+}
+
+TEST(LanCommandLine, AddressesLoseTheirLeadingZeros)
+{
+    const struct { const char* pchTyped; const char* pchCanonical; } kCases[] = {
+        {"10.0.0.1", "10.0.0.1"}, {"010.000.000.001", "10.0.0.1"}, {"127.0.0.010", "127.0.0.10"},
+        {"00000255.0.0.0", "255.0.0.0"}, {"256.0.0.1", nullptr}, {"1.2.3", nullptr}, {"1.2.3.4.", nullptr},
+        {"1..2.3", nullptr}, {"1.2.3.4 ", nullptr}, {"", nullptr}};
+    for (const auto& c : kCases) {
+        char achOut[LAN_ADDRESS_SIZE] = {0};
+        EXPECT_EQ(c.pchCanonical != nullptr ? 1 : 0, CanonicalIPv4Address(c.pchTyped, achOut, sizeof(achOut)))
+            << c.pchTyped;
+        if (c.pchCanonical != nullptr) {
+            EXPECT_STREQ(c.pchCanonical, achOut);
+        }
+    }
 }
 
 TEST(LanResponse, ReadsPrintedBytesAndCompletionCodes)
@@ -126,7 +169,7 @@ TEST(LanResponse, ReadsPrintedBytesAndCompletionCodes)
 struct RetryCase {
     const char* pchName;
     uint8_t u8Command;
-    std::vector<std::string> vAnswers;
+    std::vector<FakeAnswer> vAnswers;
     size_t uCalls;
     int iResult;
     uint8_t u8CompletionCode;
@@ -163,7 +206,32 @@ INSTANTIATE_TEST_SUITE_P(
         RetryCase{"MarkerAfterValidBytes", 0x23, {" 01 02 Error\n"}, 6, 0, 0, {}},
         RetryCase{"MarkerBeyond256BytesIsNotSeen", 0x23, {std::string(100, ' ') + "01" + std::string(200, ' ') + "failed"},
                   1, 1, 0, {1}},
-        RetryCase{"GetDeviceIDRunsOnce", 0x01, {"Error: Unable to establish IPMI v2 / RMCP+ session\n"}, 1, 0, 0, {}}),
+        RetryCase{"GetDeviceIDRunsOnce", 0x01, {"Error: Unable to establish IPMI v2 / RMCP+ session\n"}, 1, 0, 0, {}},
+        // The end of the run counts as much as its text: a status other than 0 or a
+        // death by a signal fails the attempt even without any marker.
+        RetryCase{"ExitOneWithoutMarker", 0x23, {{"No hostname specified!\n", "exit 1"}}, 6, 0, 0, {}},
+        RetryCase{"ExitOneSilently", 0x23, {{"", "exit 1"}}, 6, 0, 0, {}},
+        RetryCase{"KilledAfterValidBytes", 0x23, {{" 01 02\n", "kill -KILL $$"}}, 6, 0, 0, {}},
+        RetryCase{"NotFoundFromAShell", 0x23, {{"sh: 1: ipmitool: not found\n", "exit 127"}, " 09\n"}, 2, 1, 0, {9}},
+        RetryCase{"GetDeviceIDExitOneRunsOnce", 0x01, {{" 20 01\n", "exit 1"}}, 1, 0, 0, {}}),
     [](const ::testing::TestParamInfo<RetryCase>& i) { return std::string(i.param.pchName); });
+
+// A command that can't be started (not on the search path, not executable) is retried
+// after a wait, and all six attempts fail.
+TEST(LanStart, AnIpmitoolThatCannotStartFailsEveryAttempt)
+{
+    for (bool bPresent : {false, true}) {
+        TempDir sDir;
+        if (bPresent) WriteFileText(sDir.File("ipmitool"), "#!/bin/sh\necho 00\n");  // not executable
+        std::string sOldPath = getenv("PATH");
+        setenv("PATH", sDir.Path().c_str(), 1);
+        SetLanData(3);
+        IPMIMessage sMessage = GetSDRRequest();
+        sMessage.u8CompletionCode = 0x5A;
+        EXPECT_EQ(0, DoIPMILanCommand(IPMI_NETFN_STORAGE_LUN0, IPMI_CMD_GET_SDR, &sMessage));
+        EXPECT_EQ(0x5A, sMessage.u8CompletionCode);  // untouched: no answer came
+        setenv("PATH", sOldPath.c_str(), 1);
+    }
+}
 
 }  // namespace

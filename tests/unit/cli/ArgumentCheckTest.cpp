@@ -80,7 +80,7 @@ TEST(ArgumentCheck, EmptyFileArgumentIsAnUnknownFlagOnStandardOutput)
     uint16_t u16FruID = 0;
     testing::internal::CaptureStdout();
     EXPECT_EQ(0, ValidateAnalyzeParameters(1, apchSlots, &bIsSDR, achFile, &u16FruID));
-    EXPECT_EQ("<ERROR> Unknown flag: \n \nInvalid operations. \n\n\rUse tavrin -h for help.\n",
+    EXPECT_EQ("<ERROR> Unknown flag: \n \nInvalid operations. \n\n\rUse TAVRIN -h for help.\n",
               testing::internal::GetCapturedStdout());
 }
 

@@ -142,10 +142,10 @@ TEST_F(DispatcherTest, AFailingHandlerStopsTheRun)
     EXPECT_EQ((std::vector<std::string>{"n", "H"}), g_vRun);
 }
 
-TEST_F(DispatcherTest, HandlersReceiveTheirArgumentsWithANullSlotBehind)
+TEST_F(DispatcherTest, TriggersOneOptionByItsTablePosition)
 {
     ASSERT_EQ(1, Parse({"-d", "a.sdr", "fruID=1"}).iResult);
-    // Trigger by table position: entry 2 is -d; an option not on the line gives 2.
+    // Entry 2 is -d; an option not on the line, or past the table, gives 2.
     EXPECT_EQ(eRcSuccess, m_sDispatcher.Trigger(2));
     EXPECT_EQ(eRcIncompatibleOptions, m_sDispatcher.Trigger(1));
     EXPECT_EQ(eRcIncompatibleOptions, m_sDispatcher.Trigger(16));

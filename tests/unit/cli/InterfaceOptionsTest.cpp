@@ -82,7 +82,7 @@ struct HandlerCase {
 
 class InterfaceHandlerTest : public ::testing::TestWithParam<HandlerCase> {};
 
-const std::string kClose = "Invalid operations. \nUse tavrin -h for help.\n";
+const std::string kClose = "Invalid operations. \nUse TAVRIN -h for help.\n";
 
 TEST_P(InterfaceHandlerTest, JudgesItsValue)
 {

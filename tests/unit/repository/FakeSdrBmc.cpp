@@ -1,6 +1,9 @@
 #include "FakeSdrBmc.h"
 
+#include <unistd.h>
+
 #include <cstring>
+#include <filesystem>
 
 namespace {
 
@@ -13,9 +16,9 @@ uint8_t GetSDR(FakeSdrBmc& sBmc, const Bytes& vRequest, Bytes* pvResponse)
 {
     for (size_t i = 0; i < sBmc.vRecords.size(); i++) {
         const Bytes& vRecord = sBmc.vRecords[i];
-        if (Word(vRequest, 2) != 0 && !sBmc.bEndlessChain && Word(vRecord, 0) != Word(vRequest, 2)) continue;
-        *pvResponse = i + 1 < sBmc.vRecords.size() ? WordBytes(Word(sBmc.vRecords[i + 1], 0)) : Bytes{0xFF, 0xFF};
-        if (sBmc.bEndlessChain) *pvResponse = {0x01, 0x00};
+        if (Word(vRequest, 2) != 0 && !sBmc.bRisingChain && Word(vRecord, 0) != Word(vRequest, 2)) continue;
+        *pvResponse = WordBytes(i + 1 < sBmc.vRecords.size() ? Word(sBmc.vRecords[i + 1], 0) : sBmc.u16LastNextID);
+        if (sBmc.bRisingChain) *pvResponse = WordBytes(static_cast<uint16_t>(Word(vRequest, 2) + 1));
         for (size_t u = vRequest[4]; u < size_t{vRequest[4]} + vRequest[5]; u++) {
             pvResponse->push_back(u < vRecord.size() ? vRecord[u] : 0);
         }
@@ -111,9 +114,15 @@ std::vector<FakeExchange> FakeSdrBmc::Logged(uint8_t u8Command) const
 
 Bytes MakeRecord(uint16_t u16ID, uint8_t u8Type, uint8_t u8BodyLength, uint8_t u8Seed)
 {
-    Bytes vRecord = WordBytes(u16ID);
-    vRecord.insert(vRecord.end(), {0x51, u8Type, u8BodyLength});
-    for (uint8_t i = 0; i < u8BodyLength; i++) vRecord.push_back(static_cast<uint8_t>(u8Seed + i));
+    // Sized once and filled: GCC 12 misjudges the bounds of an insert that grows a
+    // two-byte vector (-Warray-bounds in optimised builds).
+    Bytes vRecord(5 + u8BodyLength);
+    vRecord[0] = static_cast<uint8_t>(u16ID);
+    vRecord[1] = static_cast<uint8_t>(u16ID >> 8);
+    vRecord[2] = 0x51;
+    vRecord[3] = u8Type;
+    vRecord[4] = u8BodyLength;
+    for (uint8_t i = 0; i < u8BodyLength; i++) vRecord[5 + i] = static_cast<uint8_t>(u8Seed + i);
     return vRecord;
 }
 
@@ -125,6 +134,10 @@ std::vector<Bytes> WithoutIDs(std::vector<Bytes> vRecords)
 
 void RepositoryTest::SetUp()
 {
+    char achDir[4096];
+    m_sOldDir = getcwd(achDir, sizeof(achDir)) != nullptr ? achDir : ".";
+    m_psWorkDir.reset(new TempDir);
+    ASSERT_EQ(0, chdir(m_psWorkDir->Path().c_str()));
     SDREntry sEmpty = {};
     sEmpty.u16RecordID = SDR_EMPTY_RECORD_ID;
     m_vLocal.assign(SDR_RECORD_LIMIT, sEmpty);
@@ -138,6 +151,18 @@ void RepositoryTest::TearDown()
 {
     G_psLocalSDREntryList = G_psRepositorySDREntryList = nullptr;
     s_psBmc = nullptr;
+    EXPECT_EQ(0, chdir(m_sOldDir.c_str()));
+    m_psWorkDir.reset();
+}
+
+std::vector<std::string> RepositoryTest::BackupFiles() const
+{
+    std::vector<std::string> vNames;
+    for (const auto& sEntry : std::filesystem::directory_iterator(m_psWorkDir->Path())) {
+        std::string sName = sEntry.path().filename().string();
+        if (sName.rfind("sdr-backup-", 0) == 0) vNames.push_back(sName);
+    }
+    return vNames;
 }
 
 void RepositoryTest::SetList(SDREntry* psList, const std::vector<Bytes>& vRecords)

@@ -7,9 +7,11 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "TestSupport.h"
 #include "channel/CommandChannel.h"
 #include "sdr/SDREntry.h"
 
@@ -26,7 +28,8 @@ struct FakeSdrBmc {
     uint32_t u32AgentBusy = 0;           // Run Initialization Agent answers 0 this often,
     uint8_t u8AgentFinal = 1;            // then this
     uint16_t u16GetSDRReplyLength = 0;   // non-zero: Get SDR responses cut or padded to this
-    bool bEndlessChain = false;          // Get SDR always reads the first record, next ID 1
+    bool bRisingChain = false;           // Get SDR always reads the first record, next ID = asked + 1
+    uint16_t u16LastNextID = 0xFFFF;     // the next record ID given with the last record
     std::vector<FakeFailure> vFailures;
     std::vector<FakeExchange> vLog;
     int aiExchanges[256] = {};
@@ -48,12 +51,15 @@ protected:
     void TearDown() override;
     static void SetList(SDREntry* psList, const std::vector<Bytes>& vRecords);
     static Bytes Holder(const SDREntry* psList, size_t uIndex);
+    std::vector<std::string> BackupFiles() const;  // sdr-backup-* in the working directory
     static void Capture() { testing::internal::CaptureStdout(), testing::internal::CaptureStderr(); }
     void EndCapture() { m_sOut = testing::internal::GetCapturedStdout(), m_sErr = testing::internal::GetCapturedStderr(); }
 
     FakeSdrBmc m_sBmc;
     std::vector<SDREntry> m_vLocal, m_vRepository;
     std::string m_sOut, m_sErr;
+    std::string m_sOldDir;
+    std::unique_ptr<TempDir> m_psWorkDir;  // the working directory, for the back-up files
 };
 
 #endif

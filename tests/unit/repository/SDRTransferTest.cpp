@@ -1,3 +1,7 @@
+#include <unistd.h>
+
+#include <cstdio>
+
 #include "FakeSdrBmc.h"
 #include "repository/SDRCompare.h"
 #include "repository/SDRTransfer.h"
@@ -46,7 +50,13 @@ TEST_F(Transfer, DownloadOutcomes)
         Capture();
         EXPECT_EQ(sCase.iResult, DoSDRAddToBMC(sCase.u16Count));
         EndCapture();
-        EXPECT_EQ(sCase.sErr, m_sErr);
+        // Only a failed restore leaves the back-up file, and names it.
+        const std::vector<std::string> vKept = BackupFiles();
+        ASSERT_EQ(sCase.bUsable && sCase.eAfter == eEmpty ? 1u : 0u, vKept.size());
+        EXPECT_EQ(sCase.sErr + (vKept.empty() ? "" : "The SDR Repository back-up is kept in file " + vKept[0] +
+                                                         "; download it with -d to restore. \n"),
+                  m_sErr);
+        for (const std::string& sName : vKept) std::remove(sName.c_str());
         const std::vector<Bytes> vAfter[] = {kOld, kNew, {kNew[0]}, {}};
         EXPECT_EQ(WithoutIDs(vAfter[sCase.eAfter]), WithoutIDs(m_sBmc.vRecords));
         const std::pair<bool, const char*> aPieces[] = {
@@ -110,16 +120,20 @@ TEST_F(Transfer, FreeSpaceIsOnlyAWarningAndOnlyBeforeABackup)
 
 TEST_F(Transfer, UploadFollowsTheChainAndChecksTheCount)
 {
-    const struct { const char* pchName; std::vector<Bytes> vRecords; int iBias; uint16_t u16Reply; bool bEndless;
-                   int iResult; std::string sErr; } asCases[] = {
-        {"whole", kOld, 0, 0, false, 1, ""},
-        {"empty", {}, 0, 0, false, 0, "The SDR repository is empty.\n"},
-        {"count too high", kOld, 1, 0, false, 0, "SDR Record: needs 3h, Got 2h. \n"},
-        {"count too low", kOld, -1, 0, false, 0, "SDR Record: needs 1h, Got 2h. \n"},
-        {"long record", {kOld[0], MakeRecord(0x12, 1, 97)}, 0, 0, false, 0, "<ERROR> SDR record ID 0012h is longer than 101 bytes. \n"},
-        {"longest header", {MakeRecord(0x13, 1, 255)}, 0, 0, false, 0, "<ERROR> SDR record ID 0013h is longer than 101 bytes. \n"},
-        {"short replies", {MakeRecord(0x14, 1, 20, 0x30)}, 0, 7, false, 1, ""},
-        {"chain longer than the list", {kOld[0]}, 0, 0, true, 0, "The SDR record count exceeds FFFFh records. \n"},
+    const struct { const char* pchName; std::vector<Bytes> vRecords; int iBias; uint16_t u16Reply; bool bRising;
+                   uint16_t u16LastNext; int iResult; std::string sErr; } asCases[] = {
+        {"whole", kOld, 0, 0, false, 0xFFFF, 1, ""},
+        {"empty", {}, 0, 0, false, 0xFFFF, 0, "The SDR repository is empty.\n"},
+        {"count too high", kOld, 1, 0, false, 0xFFFF, 0, "SDR Record: needs 3h, Got 2h. \n"},
+        {"count too low", kOld, -1, 0, false, 0xFFFF, 0, "SDR Record: needs 1h, Got 2h. \n"},
+        {"long record", {kOld[0], MakeRecord(0x12, 1, 97)}, 0, 0, false, 0xFFFF, 0, "<ERROR> SDR record ID 0012h is longer than 101 bytes. \n"},
+        {"longest header", {MakeRecord(0x13, 1, 255)}, 0, 0, false, 0xFFFF, 0, "<ERROR> SDR record ID 0013h is longer than 101 bytes. \n"},
+        {"short replies", {MakeRecord(0x14, 1, 20, 0x30)}, 0, 7, false, 0xFFFF, 1, ""},
+        {"chain longer than the list", {MakeRecord(0, 1, 3)}, 0, 0, true, 0xFFFF, 0, "The SDR record count exceeds FFFFh records. \n"},
+        // A chain that comes back to a record already read would be read round and round.
+        {"chain back to the last", kOld, 0, 0, false, 0x0011, 0, "<ERROR> The chain of SDR records loops back to record ID 0011h. \n"},
+        {"chain back to the first", kOld, 0, 0, false, 0x0010, 0, "<ERROR> The chain of SDR records loops back to record ID 0010h. \n"},
+        {"chain back to the start", kOld, 0, 0, false, 0x0000, 0, "<ERROR> The chain of SDR records loops back to record ID 0000h. \n"},
     };
     for (const auto& sCase : asCases) {
         SCOPED_TRACE(sCase.pchName);
@@ -127,7 +141,8 @@ TEST_F(Transfer, UploadFollowsTheChainAndChecksTheCount)
         m_sBmc.vRecords = sCase.vRecords;
         m_sBmc.iCountBias = sCase.iBias;
         m_sBmc.u16GetSDRReplyLength = sCase.u16Reply;
-        m_sBmc.bEndlessChain = sCase.bEndless;
+        m_sBmc.bRisingChain = sCase.bRising;
+        m_sBmc.u16LastNextID = sCase.u16LastNext;
         std::fill_n(G_psRepositorySDREntryList[0].au8RecordData, SDR_RECORD_DATA_SIZE, 0xEE);
         uint16_t u16Count = 0;
         Capture();
@@ -145,6 +160,20 @@ TEST_F(Transfer, UploadFollowsTheChainAndChecksTheCount)
         EXPECT_EQ(0, vGets.front().vRequest[2] | vGets.front().vRequest[3] << 8);
         EXPECT_EQ(0x0011 * (u16Count - 1), vGets.back().vRequest[2] | vGets.back().vRequest[3] << 8);
     }
+}
+
+TEST_F(Transfer, ABackUpFileThatCannotBeWrittenIsNotMentioned)
+{
+    TempDir sGone;  // a working directory that is gone: no file can be created in it
+    ASSERT_EQ(0, chdir(sGone.Path().c_str()));
+    ASSERT_EQ(0, rmdir(sGone.Path().c_str()));
+    m_sBmc.vRecords = kOld;
+    m_sBmc.vFailures = {kThirdAdd, {IPMI_CMD_PARTIAL_ADD_SDR, 4, 0xC5}};
+    SetList(G_psLocalSDREntryList, kNew);
+    Capture();
+    EXPECT_EQ(0, DoSDRAddToBMC(3));
+    EndCapture();
+    EXPECT_EQ(kAddRefused + kFailed + kAddRefused + "Restore SDR Repository Failed. \n", m_sErr);
 }
 
 Bytes Changed(Bytes vRecord, size_t uByte)

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -134,26 +133,6 @@ TEST(DatTrans, ComputeChecksumKeepsTheZeroSum)
     const Bytes vOld(300, 0xFF), vNew(300, 0x00);  // sums that pass 16 bits
     ASSERT_EQ(ComputeChecksum(0x00, 300, vOld.data(), vNew.data(), &u8Sum), 1);
     EXPECT_EQ(u8Sum, (300 * 0xFF) % 256);
-}
-
-TEST(DatTrans, NullPointersGiveEachFunctionsOwnMessage)
-{
-    uint8_t u8 = 0;
-    char ach[4];
-    const std::pair<std::function<int()>, std::string> aCases[] = {
-        {[&] { return ConvertASCIIStrToBCDPlus(nullptr, &u8, 1); }, "<ERROR> Internal Error! \n"},
-        {[&] { return ConvertBCDPlusToASCIIStr(&u8, 1, nullptr, 4); }, "<ERROR> Internal Error! \n"},
-        {[&] { return ConvertASCIIStrToSixBitASCII("A", nullptr, 1); }, "<ERROR> Internal Error! \n"},
-        {[&] { return ConvertSixBitASCIIToASCIIStr(nullptr, 1, ach, 4); }, "<ERROR> Internal Error! \n"},
-        {[&] { return ASCIIToUTF8("A", 1, ach, 4, nullptr); }, "<ERROR> Internal Error!\n"},
-        {[&] { return UTF8ToASCII(nullptr, 1, ach, 4, &u8); }, "<ERROR> Internal Error!\n"},
-        {[&] { return UTF16ToUTF8(&u8, 1, nullptr, 4, &u8); }, "<ERROR> Internal Error!\n"},
-        {[&] { return ComputeChecksum(0, 1, &u8, nullptr, &u8); }, "Internal error! \n"}};
-    for (const auto& c : aCases) {
-        testing::internal::CaptureStderr();
-        EXPECT_EQ(c.first(), 0);
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), c.second);
-    }
 }
 
 }  // namespace

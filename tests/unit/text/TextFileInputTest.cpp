@@ -21,15 +21,13 @@ Lines ReadAll(const std::string& sBytes, eFileEncoding eEncoding, size_t uSize, 
     sTextFileContext sContext;
     EXPECT_EQ(InitTextFileContext(&sContext, "t.txt", fopen(sDir.File("t.txt").c_str(), "rb"), eEncoding), 1);
     fseek(sContext.pFile, eEncoding == eEncodingUTF8 ? 3 : (eEncoding == eEncodingUTF16 ? 2 : 0), SEEK_SET);
-    iconv_t cd = OpenLineConverter(eEncoding);
     Lines vLines;
     std::vector<char> vLine(uSize);
-    while (ReadTextLine(&sContext, cd, vLine.data(), uSize, uLimit)) {
+    while (ReadTextLine(&sContext, vLine.data(), uSize, uLimit)) {
         EXPECT_EQ(vLine[uSize - 1], '\0');
         vLines.push_back(vLine.data());
         EXPECT_EQ(sContext.u16LineNumber, vLines.size());
     }
-    CloseLineConverter(cd);
     fclose(sContext.pFile);
     return vLines;
 }
@@ -96,7 +94,7 @@ TEST(TextFileInput, RefusesWhatDoesNotFit)
     char achLine[8];
     for (size_t uLimit : {size_t{0}, size_t{8}, size_t{300}}) {
         testing::internal::CaptureStderr();
-        EXPECT_EQ(ReadTextLine(&sContext, INVALID_CONVERTER, achLine, uLimit == 300 ? 400 : 8, uLimit), 0);
+        EXPECT_EQ(ReadTextLine(&sContext, achLine, uLimit == 300 ? 400 : 8, uLimit), 0);
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "<ERROR> Internal Error!\n");
     }
 }

@@ -52,16 +52,6 @@ TEST(TextFileOutput, FeedDataDumpsHexLinesAndAdvances)
     }
 }
 
-TEST(TextFileOutput, NullArgumentsAreRefused)
-{
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(WriteToFile(stdout, nullptr, "x"), WRITE_INTERNAL_ERROR);
-    EXPECT_EQ(WriteWideCharToFile(stdout, "p", "x", INVALID_CONVERTER), WRITE_INTERNAL_ERROR);
-    EXPECT_EQ(WriteStringToFile(nullptr, "p", "x", eEncodingASCII), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "<ERROR> Internal Error!\n<ERROR> Internal Error!<ERROR> Internal Error!\n");
-}
-
 struct DiskFullCase {
     std::string sMode, sStream, sEncoding, sAnswer;
     bool bDeleted;

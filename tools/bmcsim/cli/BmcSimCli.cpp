@@ -69,6 +69,9 @@ const char kHelp[] =
     "        lan-silent       ipmitool prints nothing, not executed\n"
     "        lan-flood        executed; the answer and 8 more lines of ff bytes\n"
     "        lan-nostart      \"sh: 1: ipmitool: not found\", exit 127, not executed\n"
+    "        signal <number>  executed; then the signal goes to the process that asked:\n"
+    "                         tavrin, which runs the route library or ipmitool (a\n"
+    "                         deterministic interrupt at exactly this exchange)\n"
     "      lan-* kinds count LAN exchanges only; errno shows there as lan-timeout.\n"
     "  fault-list                 one fault a line, with the exchanges it has seen\n"
     "  fault-clear\n"
@@ -80,6 +83,17 @@ const char kHelp[] =
     "      (one line each; route driver|ipmb|kcs|lan|direct; hex without blanks,\n"
     "      \"-\" for none; cc=-- when no answer came back)\n"
     "  log-clear                  empty the log and start again at seq=1\n"
+    "\n"
+    "Rehearsal:\n"
+    "  run -- <command> [<arg>...]  runs the command with this simulator in place of the\n"
+    "      real BMC: LD_LIBRARY_PATH starts at its libsarnic.so and libbrevok.so (../lib\n"
+    "      beside this program) and PATH at its ipmitool look-alike (this program's\n"
+    "      folder); TAVRIN_BMCSIM_STATE names the state, which must exist. Exits with the\n"
+    "      command's status (128 + the signal that ended it), except: 125 when a part of\n"
+    "      the simulator is missing, or when a command line with an operation that needs\n"
+    "      a BMC (all but -t, -h and -version) made no exchange with the simulator; then\n"
+    "      it says so loudly on standard error.\n"
+    "      Example: tavrin-bmcsim run -- tavrin -d new.sdr\n"
     "\n"
     "  help                       this text\n";
 
@@ -147,6 +161,9 @@ int main(int iArgc, char** ppchArgv)
     if (iNext >= iArgc || strcmp(ppchArgv[iNext], "help") == 0) {
         fputs(kHelp, iNext >= iArgc ? stderr : stdout);
         return iNext >= iArgc ? 2 : 0;
+    }
+    if (strcmp(ppchArgv[iNext], "run") == 0) {
+        return CliRun(pchPath, iArgc - iNext - 1, ppchArgv + iNext + 1);
     }
     const sCliCommand* psCommand = FindCommand(ppchArgv[iNext]);
     if (psCommand == nullptr) {

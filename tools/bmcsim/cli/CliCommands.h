@@ -48,4 +48,12 @@ int CliFaultClear(sBmcSimState* psState, int iArgc, char** ppchArgv);
 int CliLog(sBmcSimState* psState, int iArgc, char** ppchArgv);
 int CliLogClear(sBmcSimState* psState, int iArgc, char** ppchArgv);
 
+// Rehearsal (CliRun.cpp): runs the command against this simulator and returns its exit
+// status, or one of these when no rehearsal took place.
+enum {
+    RUN_USAGE = 2,            // no command given
+    RUN_NOT_REHEARSED = 125,  // the simulator is incomplete, or the command didn't reach it
+};
+int CliRun(const char* pchStatePath, int iArgc, char** ppchArgv);
+
 #endif

@@ -98,6 +98,7 @@ enum eSimFaultKind {
     eSimFaultLanSilent,       // ipmitool prints nothing, not executed
     eSimFaultLanFlood,        // executed, ipmitool prints more than 256 bytes
     eSimFaultLanNoStart,      // the shell can't start ipmitool
+    eSimFaultSignal,          // executed; then the signal is sent to the process that asked
     eSimFaultAuth,            // log only: wrong user or password
     eSimFaultCipher,          // log only: cipher suite not accepted
 };
@@ -108,7 +109,7 @@ struct sSimFault {
     uint16_t u16Command;  // BMCSIM_ANY for every command
     uint32_t u32Nth;      // fires on the n-th matching exchange (1-based) ...
     bool bAlways;         // ... and with this on every one after it as well
-    uint32_t u32Value;    // completion code or errno value
+    uint32_t u32Value;    // completion code, errno value or signal number
     uint32_t u32Seen;     // matching exchanges since the fault was set
 };
 

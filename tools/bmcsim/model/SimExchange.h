@@ -31,7 +31,7 @@ struct sSimLanLogin {
 struct sSimExchangeResult {
     eSimFaultKind eFault;    // eSimFaultNone when the BMC's answer stands as it is
     bool bAnswered;          // sResponse holds the BMC's answer
-    uint32_t u32Errno;       // for eSimFaultErrno
+    uint32_t u32Errno;       // the fault's value: errno value, signal number
     sSimResponse sResponse;
 };
 

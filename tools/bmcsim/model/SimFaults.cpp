@@ -7,7 +7,7 @@ namespace {
 
 const char* const kFaultNames[] = {"none",       "cc",         "nodata",      "partial",     "errno",
                                    "lan-timeout", "lan-lost-reply", "lan-silent", "lan-flood",
-                                   "lan-nostart", "auth",       "cipher"};
+                                   "lan-nostart", "signal",     "auth",       "cipher"};
 const char* const kRouteNames[] = {"driver", "ipmb", "kcs", "lan", "direct"};
 
 bool Matches(const sSimFault& sFault, eSimRoute eRoute, uint8_t u8NetFn, uint8_t u8Command)
@@ -74,7 +74,7 @@ const char* SimFaultName(eSimFaultKind eKind)
 
 int SimFaultFromName(const char* pchName, eSimFaultKind* peKind)
 {
-    return FaultFromNameIn(pchName, eSimFaultCompletionCode, eSimFaultLanNoStart, peKind);
+    return FaultFromNameIn(pchName, eSimFaultCompletionCode, eSimFaultSignal, peKind);
 }
 
 int SimLoggedFaultFromName(const char* pchName, eSimFaultKind* peKind)
