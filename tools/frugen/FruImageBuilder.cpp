@@ -1,5 +1,7 @@
 #include "FruImageBuilder.h"
 
+#include <algorithm>
+
 #include "text/DatTrans.h"
 
 namespace {
@@ -94,8 +96,9 @@ bool FruEncodeField(const std::string& sEncoding, const std::string& sValue, TFr
 
 TFruBytes FruInfoArea(const TFruBytes& vFixed, const std::vector<TFruBytes>& vFields)
 {
-    TFruBytes vArea = {kVersion, 0};
-    vArea.insert(vArea.end(), vFixed.begin(), vFixed.end());
+    TFruBytes vArea(2 + vFixed.size(), 0);
+    vArea[0] = kVersion;
+    std::copy(vFixed.begin(), vFixed.end(), vArea.begin() + 2);
     for (const TFruBytes& vField : vFields) {
         vArea.insert(vArea.end(), vField.begin(), vField.end());
     }
