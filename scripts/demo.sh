@@ -3,7 +3,9 @@
 # BMC through the default route (the OS driver's library, here its simulated build).
 # The repository holds an older set of records, with two that the new file lacks;
 # tavrin -v finds it different, tavrin -d replaces it (back-up, erase, download,
-# Initialization Agent), and tavrin -v then finds it equal to the file. Every tavrin run
+# Initialization Agent), and tavrin -v then finds it equal to the file. tavrin -u then
+# saves the repository as a UTF-8 text file, which tavrin -t finds sound and tavrin -v
+# finds equal to the repository. Every tavrin run
 # goes through "tavrin-bmcsim run", which points it at the simulator and fails loudly if
 # it did not reach it.
 set -euo pipefail
@@ -12,6 +14,7 @@ build=${TAVRIN_DEMO_BUILD:-build}  # the build folder; another may be named for 
 bash scripts/install-deps.sh
 cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=Release >/dev/null
 cmake --build "$build" -j"$(nproc 2>/dev/null || echo 2)" >/dev/null
+build=$(cd "$build" && pwd)
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -63,4 +66,18 @@ tavrin -v "$new"
 
 echo "== The simulated BMC after =="
 records
-echo "Done: the download and the check after it took $("$sim" log | wc -l) exchanges with the simulated BMC."
+echo "The download and the check after it took $("$sim" log | wc -l) exchanges with the simulated BMC."
+
+# tavrin takes file names relative to the working directory: the uploaded file goes to
+# the scratch folder.
+cd "$work"
+echo "== tavrin -u uploaded.sdr encoding=utf8: the repository saved as a text file =="
+"$sim" log-clear
+tavrin -u uploaded.sdr encoding=utf8
+echo "== Its first record, its lines joined by blanks =="
+sed -n '1,/^$/p' uploaded.sdr | tr '\n' ' ' | sed 's/  */ /g'
+echo
+echo "== tavrin -t uploaded.sdr and tavrin -v uploaded.sdr: sound, and equal to the repository =="
+tavrin -t uploaded.sdr
+tavrin -v uploaded.sdr
+echo "Done: the upload and its check took $("$sim" log | wc -l) exchanges with the simulated BMC."

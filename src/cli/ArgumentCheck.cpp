@@ -30,10 +30,12 @@ uint32_t ReadHexNumber(const char* pchDigits)
     return static_cast<uint32_t>(u64Value);
 }
 
-int CheckFruIDParameter(char* pchParameter, uint16_t* pu16FruID)
+}  // namespace
+
+int CheckFruIDParameter(char* pchParameter, const char* pchOptions, uint16_t* pu16FruID)
 {
     if (strncmp(pchParameter, kFruIDPrefix, sizeof(kFruIDPrefix) - 1) != 0) {
-        fprintf(stderr, "<ERROR> '%s' is an invalid parameter for -d/-v/-t! \n\n", pchParameter);
+        fprintf(stderr, "<ERROR> '%s' is an invalid parameter for %s! \n\n", pchParameter, pchOptions);
         return 0;
     }
     char* pchValue = strchr(pchParameter, '=') + 1;
@@ -53,8 +55,6 @@ int CheckFruIDParameter(char* pchParameter, uint16_t* pu16FruID)
     *pu16FruID = static_cast<uint16_t>(u32FruID);
     return 1;
 }
-
-}  // namespace
 
 int CheckArgument(char** ppchArgs, uint16_t* pu16Index, char* pchFileName, uint16_t* pu16FruID,
                   int* pbFruIDGiven)
@@ -80,7 +80,7 @@ int CheckArgument(char** ppchArgs, uint16_t* pu16Index, char* pchFileName, uint1
         fprintf(stderr, "<ERROR> A parameter for -d/-v/-t is longer than %d characters! \n\n", PARAMETER_SIZE - 1);
         return 0;
     }
-    if (!CheckFruIDParameter(achParameter, pu16FruID)) {
+    if (!CheckFruIDParameter(achParameter, "-d/-v/-t", pu16FruID)) {
         return 0;
     }
     *pbFruIDGiven = 1;

@@ -20,6 +20,10 @@ int ValidateAnalyzeParameters(uint16_t u16ArgCount, char** ppchArgs, int* pbIsSD
 int CheckArgument(char** ppchArgs, uint16_t* pu16Index, char* pchFileName, uint16_t* pu16FruID,
                   int* pbFruIDGiven);
 
+// A fruID= parameter (pchParameter is changed in place) into *pu16FruID: 1, or 0 with
+// its message, which names pchOptions ("-d/-v/-t" or "-u") for a parameter of another name.
+int CheckFruIDParameter(char* pchParameter, const char* pchOptions, uint16_t* pu16FruID);
+
 // 0 if the path names a regular file that can be opened for reading, else 1.
 int IsFileExistReadOnly(const char* pchPath);
 

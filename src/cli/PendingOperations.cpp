@@ -14,5 +14,4 @@ eReturnCodeTag RefuseOption(const char* pchOption)
 
 }  // namespace
 
-eReturnCodeTag Upload(uint16_t, char**) { return RefuseOption("-u"); }
 eReturnCodeTag UpdateFRU(uint16_t, char**) { return RefuseOption("-updateFRU"); }

@@ -47,7 +47,7 @@ RunResult SimSession::Sim(const std::vector<std::string>& vArgs) const
     return RunProgram(vArgv);
 }
 
-RunResult SimSession::Tavrin(Route eRoute, const std::vector<std::string>& vArgs) const
+RunResult SimSession::Tavrin(Route eRoute, const std::vector<std::string>& vArgs, const std::string& sStdin) const
 {
     std::vector<std::string> vArgv = {BuildDir() + "/tavrin"};
     vArgv.insert(vArgv.end(), vArgs.begin(), vArgs.end());
@@ -58,6 +58,7 @@ RunResult SimSession::Tavrin(Route eRoute, const std::vector<std::string>& vArgs
     }
     RunOptions sOptions;
     sOptions.sWorkDir = m_sDir.Path();
+    sOptions.sStdin = sStdin;
     const char* pchPath = getenv("PATH");
     sOptions.vEnv = {{"TAVRIN_BMCSIM_STATE", m_sState},
                      {"LD_LIBRARY_PATH", BuildDir() + "/sim/lib"},

@@ -24,7 +24,7 @@ public:
     SimSession();  // a fresh BMC with LAN login admin/secret and the example files at hand
 
     RunResult Sim(const std::vector<std::string>& vArgs) const;
-    RunResult Tavrin(Route eRoute, const std::vector<std::string>& vArgs) const;
+    RunResult Tavrin(Route eRoute, const std::vector<std::string>& vArgs, const std::string& sStdin = "") const;
 
     std::string Records() const;             // the repository, one record a line
     std::string RecordsWithoutIDs() const;   // the same without the IDs, which the BMC assigns

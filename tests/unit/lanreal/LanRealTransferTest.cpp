@@ -11,14 +11,14 @@
 
 namespace {
 
-RunResult TavrinOverLan(const std::vector<std::string>& vOperation)
+RunResult TavrinOverLan(const std::vector<std::string>& vOperation, const std::string& sWorkDir = SourceDir() + "/examples")
 {
     std::vector<std::string> vArgv = {BuildDir() + "/tavrin"};
     vArgv.insert(vArgv.end(), vOperation.begin(), vOperation.end());
     vArgv.insert(vArgv.end(), {"-n", "lanplus", "-H", IpmiSimServer::kHost, "-U", IpmiSimServer::kUserName, "-P",
                                IpmiSimServer::kPassword, "-C", std::to_string(IpmiSimServer::kCipherSuite)});
     RunOptions sOptions;
-    sOptions.sWorkDir = SourceDir() + "/examples";
+    sOptions.sWorkDir = sWorkDir;
     return RunProgram(vArgv, sOptions);
 }
 
@@ -39,6 +39,22 @@ TEST(LanRealTransfer, VerifiesAndIsRefusedADownloadThatWouldChangeNothing)
 
     RunResult sAgain = TavrinOverLan({"-v", "sample-v1.sdr"});
     EXPECT_EQ(0, sAgain.iStatus) << sAgain.sErr;
+}
+
+TEST(LanRealTransfer, UploadsTheRepositoryIntoAFileThatTestsAndVerifies)
+{
+    TAVRIN_REQUIRE_IPMI_SIM();
+    IpmiSimServer sSim;
+    ASSERT_TRUE(sSim.Start(TextExampleRecordSet())) << sSim.Failure();
+    TempDir sDir;
+    RunResult sUpload = TavrinOverLan({"-u", "up.sdr", "encoding=utf16"}, sDir.Path());
+    ASSERT_EQ(0, sUpload.iStatus) << sUpload.sErr;
+    EXPECT_EQ("", sUpload.sErr);
+    EXPECT_NE(std::string::npos, sUpload.sOut.find("The SDR data has been saved in file up.sdr! \n"));
+    RunResult sTest = TavrinOverLan({"-t", "up.sdr"}, sDir.Path());
+    EXPECT_EQ(0, sTest.iStatus) << sTest.sErr;
+    RunResult sVerify = TavrinOverLan({"-v", "up.sdr"}, sDir.Path());
+    EXPECT_EQ(0, sVerify.iStatus) << sVerify.sErr;
 }
 
 }  // namespace
