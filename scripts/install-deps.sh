@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs, from Debian's packages, what building and testing Tavrin needs and this
 # machine lacks: the compiler and CMake, GoogleTest, ipmitool and OpenIPMI's ipmi_sim for
-# the LAN tests, and QEMU (without its recommended packages) for the VM test. Does
-# nothing when everything is there.
+# the LAN tests, FreeIPMI's ipmi-fru, which reads the example FRU images, and QEMU
+# (without its recommended packages) for the VM test. Does nothing when everything is
+# there.
 set -euo pipefail
 missing=()
 command -v cmake >/dev/null || missing+=(cmake)
@@ -12,6 +13,7 @@ command -v make >/dev/null || missing+=(make)
 [ -f /usr/include/gmock/gmock.h ] || missing+=(libgmock-dev)
 command -v ipmitool >/dev/null || missing+=(ipmitool)
 command -v ipmi_sim >/dev/null || missing+=(openipmi)
+command -v ipmi-fru >/dev/null || [ -x /usr/sbin/ipmi-fru ] || missing+=(freeipmi-tools)
 lean=()
 command -v qemu-system-x86_64 >/dev/null || lean+=(qemu-system-x86)
 if [ ${#missing[@]} -gt 0 ] || [ ${#lean[@]} -gt 0 ]; then

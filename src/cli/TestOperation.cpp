@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "ArgumentCheck.h"
+#include "FRUOperations.h"
 #include "OptionHandlers.h"
 #include "ProgramState.h"
 #include "sdr/SDRFile.h"
@@ -31,7 +32,7 @@ eReturnCodeTag Test(uint16_t u16ArgCount, char** ppchArgs)
             fprintf(stderr, "Error found in SDR file %s. \n", achFileName);
         }
     } else {
-        fputs("<ERROR> FRU files cannot be tested by this version of " TAVRIN ". \n", stderr);
+        iRead = TestFRUFile(achFileName);
     }
     TavrinExit();
     return (iRead == 1) ? eRcSuccess : eRcHandlerFailed;

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "ArgumentCheck.h"
+#include "FRUOperations.h"
 #include "OptionHandlers.h"
 #include "ProgramState.h"
 #include "channel/CommandChannel.h"
@@ -13,19 +14,14 @@
 namespace {
 
 // The steps both operations share before their work: 1 when the lists are ready.
-int PrepareTransfer(uint16_t u16ArgCount, char** ppchArgs, int* pbIsSDRFile, char* pchFileName)
+int PrepareTransfer(uint16_t u16ArgCount, char** ppchArgs, int* pbIsSDRFile, char* pchFileName,
+                    uint16_t* pu16FruID)
 {
-    uint16_t u16FruID = 0;
-    if (!ValidateAnalyzeParameters(u16ArgCount, ppchArgs, pbIsSDRFile, pchFileName, &u16FruID)) {
+    if (!ValidateAnalyzeParameters(u16ArgCount, ppchArgs, pbIsSDRFile, pchFileName, pu16FruID)) {
         return 0;
     }
     if (IsFileExistReadOnly(pchFileName) == 1) {
         fprintf(stderr, "<ERROR> File %s does not exist.\n", pchFileName);
-        return 0;
-    }
-    if (!*pbIsSDRFile) {
-        // Refused before the BMC is contacted: nothing of FRU data can be sent yet.
-        fputs("<ERROR> FRU files cannot be transferred by this version of " TAVRIN ". \n", stderr);
         return 0;
     }
     if (!InitializeInterface()) {
@@ -68,16 +64,18 @@ int DownloadSDRFile(const char* pchFileName)
     return DoSDRAddToBMC(u16RecordCount);
 }
 
-// One operation: the preparation, the work on the named file, then the lists and
-// the route are closed in that order.
-eReturnCodeTag RunTransfer(uint16_t u16ArgCount, char** ppchArgs, int (*pfnWork)(const char*))
+// One operation: the preparation, the work of the data kind on the named file, then
+// the lists and the route are closed in that order.
+eReturnCodeTag RunTransfer(uint16_t u16ArgCount, char** ppchArgs, int (*pfnSDRWork)(const char*),
+                           int (*pfnFRUWork)(const char*, uint16_t))
 {
     int bIsSDRFile = 0;
     char achFileName[FILE_NAME_SIZE] = {0};
-    if (!PrepareTransfer(u16ArgCount, ppchArgs, &bIsSDRFile, achFileName)) {
+    uint16_t u16FruID = 0;
+    if (!PrepareTransfer(u16ArgCount, ppchArgs, &bIsSDRFile, achFileName, &u16FruID)) {
         return eRcHandlerFailed;
     }
-    int iResult = pfnWork(achFileName);
+    int iResult = bIsSDRFile ? pfnSDRWork(achFileName) : pfnFRUWork(achFileName, u16FruID);
     TavrinExit();
     TerminateConnSession();
     return (iResult == 1) ? eRcSuccess : eRcHandlerFailed;
@@ -87,10 +85,10 @@ eReturnCodeTag RunTransfer(uint16_t u16ArgCount, char** ppchArgs, int (*pfnWork)
 
 eReturnCodeTag Verify(uint16_t u16ArgCount, char** ppchArgs)
 {
-    return RunTransfer(u16ArgCount, ppchArgs, VerifySDRFile);
+    return RunTransfer(u16ArgCount, ppchArgs, VerifySDRFile, VerifyFRUFile);
 }
 
 eReturnCodeTag Download(uint16_t u16ArgCount, char** ppchArgs)
 {
-    return RunTransfer(u16ArgCount, ppchArgs, DownloadSDRFile);
+    return RunTransfer(u16ArgCount, ppchArgs, DownloadSDRFile, DownloadFRUFile);
 }

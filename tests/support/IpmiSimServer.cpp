@@ -76,27 +76,32 @@ std::string LanConfText()
            "user 2 true \"" + IpmiSimServer::kUserName + "\" \"" + IpmiSimServer::kPassword + "\" admin 10\n";
 }
 
-// One main_sdr_add line, continued with a backslash every 16 bytes.
-std::string MainSDRAddLine(const std::vector<uint8_t>& vRecord)
+// A command line with the bytes behind it, continued with a backslash every 16 bytes.
+std::string LineWithBytes(std::string sLine, const std::vector<uint8_t>& vBytes)
 {
-    std::string sLine = "main_sdr_add 0x20";
-    for (size_t i = 0; i < vRecord.size(); i++) {
+    for (size_t i = 0; i < vBytes.size(); i++) {
         if (i > 0 && i % kBytesPerLine == 0) sLine += " \\\n   ";
         char achByte[8];
-        snprintf(achByte, sizeof(achByte), " 0x%02x", vRecord[i]);
+        snprintf(achByte, sizeof(achByte), " 0x%02x", vBytes[i]);
         sLine += achByte;
     }
     return sLine + "\n";
 }
 
-std::string CommandFileText(const std::vector<std::vector<uint8_t>>& vMainSDRRecords)
+std::string CommandFileText(const std::vector<std::vector<uint8_t>>& vMainSDRRecords,
+                            const std::vector<IpmiSimFruDevice>& vFruDevices)
 {
     // The BMC at IPMB address 0x20; additional device support 0x9f makes it, among
     // others, an SDR repository device. It is enabled last: a disabled MC opens no
     // session, so an answer to Get Device ID means that every line before ran.
     std::string sText = "mc_setbmc 0x20\n"
                         "mc_add 0x20 0x00 no-device-sdrs 0x01 0x01 0x00 0x9f 0x001291 0x0f02\n";
-    for (const auto& vRecord : vMainSDRRecords) sText += MainSDRAddLine(vRecord);
+    for (const auto& vRecord : vMainSDRRecords) sText += LineWithBytes("main_sdr_add 0x20", vRecord);
+    for (const IpmiSimFruDevice& s : vFruDevices) {
+        sText += LineWithBytes("mc_add_fru_data 0x20 " + std::to_string(s.u8DeviceID) + " " + std::to_string(s.u16Size) +
+                                   " data",
+                               s.vData);
+    }
     return sText + "mc_enable 0x20\n";
 }
 
@@ -137,7 +142,8 @@ IpmiSimServer::~IpmiSimServer()
     Stop();
 }
 
-bool IpmiSimServer::Start(const std::vector<std::vector<uint8_t>>& vMainSDRRecords)
+bool IpmiSimServer::Start(const std::vector<std::vector<uint8_t>>& vMainSDRRecords,
+                          const std::vector<IpmiSimFruDevice>& vFruDevices)
 {
     m_sFailure.clear();
     if (m_iPid > 0) {
@@ -154,17 +160,18 @@ bool IpmiSimServer::Start(const std::vector<std::vector<uint8_t>>& vMainSDRRecor
                      " is already bound by another process (an ipmi_sim left over?)";
         return false;
     }
-    WriteConfiguration(vMainSDRRecords);
+    WriteConfiguration(vMainSDRRecords, vFruDevices);
     if (!Launch()) return false;
     if (WaitUntilAnswering()) return true;
     Stop();
     return false;
 }
 
-void IpmiSimServer::WriteConfiguration(const std::vector<std::vector<uint8_t>>& vMainSDRRecords) const
+void IpmiSimServer::WriteConfiguration(const std::vector<std::vector<uint8_t>>& vMainSDRRecords,
+                                       const std::vector<IpmiSimFruDevice>& vFruDevices) const
 {
     WriteFileText(m_sDir.File("lan.conf"), LanConfText());
-    WriteFileText(m_sDir.File("commands"), CommandFileText(vMainSDRRecords));
+    WriteFileText(m_sDir.File("commands"), CommandFileText(vMainSDRRecords, vFruDevices));
     mkdir(m_sDir.File("state").c_str(), 0755);
 }
 

@@ -15,6 +15,13 @@
 
 #include "TestSupport.h"
 
+// A FRU device of the BMC: u16Size bytes, the first ones vData, the rest zero.
+struct IpmiSimFruDevice {
+    uint8_t u8DeviceID;
+    uint16_t u16Size;
+    std::vector<uint8_t> vData;
+};
+
 class IpmiSimServer {
 public:
     static constexpr const char* kHost = "127.0.0.1";
@@ -30,9 +37,11 @@ public:
 
     // Writes the configuration, starts the simulator with these records in the BMC's main
     // SDR repository (each one whole, header included; the simulator numbers them from 1
-    // in this order), and waits until Get Device ID is answered over RMCP+. False, with
-    // Failure() telling why, if it doesn't come up; nothing is left running then.
-    bool Start(const std::vector<std::vector<uint8_t>>& vMainSDRRecords);
+    // in this order) and these FRU devices, and waits until Get Device ID is answered over
+    // RMCP+. False, with Failure() telling why, if it doesn't come up; nothing is left
+    // running then.
+    bool Start(const std::vector<std::vector<uint8_t>>& vMainSDRRecords,
+               const std::vector<IpmiSimFruDevice>& vFruDevices = {});
     // SIGTERM to the simulator's process group, SIGKILL if it doesn't end; waits for it.
     void Stop();
 
@@ -40,7 +49,8 @@ public:
     std::string LogText() const { return ReadFileText(m_sDir.File("ipmi_sim.log")); }
 
 private:
-    void WriteConfiguration(const std::vector<std::vector<uint8_t>>& vMainSDRRecords) const;
+    void WriteConfiguration(const std::vector<std::vector<uint8_t>>& vMainSDRRecords,
+                            const std::vector<IpmiSimFruDevice>& vFruDevices) const;
     bool Launch();
     bool WaitUntilAnswering();
     bool HasExited();

@@ -151,3 +151,9 @@ std::string ReadFileText(const std::string& sPath)
     std::vector<uint8_t> v = ReadFileBytes(sPath);
     return std::string(v.begin(), v.end());
 }
+
+std::string AfterBanner(const std::string& sOut)
+{
+    const size_t uRule = sOut.find(std::string(79, '-') + "\n", 1);
+    return uRule == std::string::npos ? sOut : sOut.substr(uRule + 80);
+}

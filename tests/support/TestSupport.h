@@ -46,4 +46,7 @@ std::vector<uint8_t> ReadFileBytes(const std::string& sPath);
 void WriteFileText(const std::string& sPath, const std::string& sText);
 std::string ReadFileText(const std::string& sPath);
 
+// Standard output of tavrin without the banner in front of it.
+std::string AfterBanner(const std::string& sOut);
+
 #endif

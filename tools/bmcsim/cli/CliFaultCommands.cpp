@@ -12,7 +12,8 @@ const char kFaultUsage[] = "fault <netfn|any> <cmd|any> <n> <kind> [<value>] [on
 
 bool TakesValue(eSimFaultKind eKind)
 {
-    return eKind == eSimFaultCompletionCode || eKind == eSimFaultErrno || eKind == eSimFaultSignal;
+    return eKind == eSimFaultCompletionCode || eKind == eSimFaultErrno || eKind == eSimFaultSignal ||
+           eKind == eSimFaultPartial;
 }
 
 // The optional value and mode behind the kind.
@@ -20,14 +21,17 @@ int ReadFaultTail(int iArgc, char** ppchArgv, sSimFault* psFault)
 {
     int iNext = 0;
     if (TakesValue(psFault->eKind)) {
-        uint32_t u32Limit = (psFault->eKind == eSimFaultCompletionCode) ? 0xFF
-                            : (psFault->eKind == eSimFaultSignal)       ? 64
-                                                                        : 0x7FFFFFFF;
+        uint32_t u32Limit = 0x7FFFFFFF;  // an errno value
+        if (psFault->eKind == eSimFaultCompletionCode || psFault->eKind == eSimFaultPartial) {
+            u32Limit = 0xFF;
+        } else if (psFault->eKind == eSimFaultSignal) {
+            u32Limit = 64;
+        }
         if (iNext >= iArgc || !CliUnsigned(ppchArgv[iNext], u32Limit, &psFault->u32Value, "the fault's value")) {
             return (iNext >= iArgc) ? CliFail("a %s fault needs a value", SimFaultName(psFault->eKind)) : 1;
         }
         iNext++;
-        if (psFault->u32Value == 0) {
+        if (psFault->u32Value == 0 && psFault->eKind != eSimFaultPartial) {
             return CliFail("a %s fault needs a value other than 0", SimFaultName(psFault->eKind));
         }
     }

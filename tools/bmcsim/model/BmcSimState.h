@@ -91,6 +91,7 @@ enum eSimFaultKind {
     eSimFaultNone = 0,
     eSimFaultCompletionCode,  // refused with the code, not executed
     eSimFaultNoData,          // executed, answered with completion code 0 and no data
+    eSimFaultPartial,         // Read/Write FRU Data executed on at most the value's data bytes
     eSimFaultErrno,           // the route library fails with the errno value, not executed
     eSimFaultLanTimeout,      // ipmitool reports no answer, not executed
     eSimFaultLanLostReply,    // executed, but ipmitool reports no answer

@@ -42,5 +42,10 @@ void SimRunInitializationAgent(sBmcSimState* psState, const sSimRequest& sReques
 void SimGetFruInventoryAreaInfo(sBmcSimState* psState, const sSimRequest& sRequest, sSimResponse* psResponse);
 void SimReadFruData(sBmcSimState* psState, const sSimRequest& sRequest, sSimResponse* psResponse);
 void SimWriteFruData(sBmcSimState* psState, const sSimRequest& sRequest, sSimResponse* psResponse);
+// Runs the request as a device that stops after u32Bytes data bytes: Read FRU Data
+// returns at most that many, Write FRU Data writes only the first that many (and says
+// so in its count). Other commands run whole.
+void SimExecutePartial(sBmcSimState* psState, const sSimRequest& sRequest, uint32_t u32Bytes,
+                       sSimResponse* psResponse);
 
 #endif

@@ -36,6 +36,10 @@ void AnswerAtBmc(sBmcSimState* psState, const sSimRequest& sRequest, const sSimF
         SimRefuse(&psResult->sResponse, static_cast<uint8_t>(psFault->u32Value));
         return;
     }
+    if (psFault != nullptr && psFault->eKind == eSimFaultPartial) {
+        SimExecutePartial(psState, sRequest, psFault->u32Value, &psResult->sResponse);
+        return;
+    }
     SimExecuteCommand(psState, sRequest, &psResult->sResponse);
     if (psFault != nullptr && psFault->eKind == eSimFaultNoData) {
         SimRefuse(&psResult->sResponse, 0);

@@ -5,7 +5,7 @@
 
 namespace {
 
-const char* const kFaultNames[] = {"none",       "cc",         "nodata",      "errno",
+const char* const kFaultNames[] = {"none",       "cc",         "nodata",      "partial",     "errno",
                                    "lan-timeout", "lan-lost-reply", "lan-silent", "lan-flood",
                                    "lan-nostart", "signal",     "auth",       "cipher"};
 const char* const kRouteNames[] = {"driver", "ipmb", "kcs", "lan", "direct"};

@@ -17,8 +17,8 @@ bool SimFaultIsLanOnly(eSimFaultKind eKind);
 // True for the kinds that keep the request from reaching the BMC at all.
 bool SimFaultStopsBeforeBmc(eSimFaultKind eKind);
 
-// "none", "cc", "nodata", "errno", "lan-timeout", "lan-lost-reply", "lan-silent",
-// "lan-flood", "lan-nostart", "signal", "auth", "cipher".
+// "none", "cc", "nodata", "partial", "errno", "lan-timeout", "lan-lost-reply",
+// "lan-silent", "lan-flood", "lan-nostart", "signal", "auth", "cipher".
 const char* SimFaultName(eSimFaultKind eKind);
 // 1 and the kind for a name that can be set as a fault (not "none", "auth", "cipher").
 int SimFaultFromName(const char* pchName, eSimFaultKind* peKind);

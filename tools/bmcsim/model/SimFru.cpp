@@ -88,3 +88,26 @@ void SimWriteFruData(sBmcSimState* psState, const sSimRequest& sRequest, sSimRes
     }
     SimPutByte(psResponse, static_cast<uint8_t>(u16Count));
 }
+
+void SimExecutePartial(sBmcSimState* psState, const sSimRequest& sRequest, uint32_t u32Bytes,
+                       sSimResponse* psResponse)
+{
+    const bool bRead = sRequest.u8Command == IPMI_CMD_READ_FRU_DATA && sRequest.u16Length == kReadRequestLength;
+    const bool bWrite = sRequest.u8Command == IPMI_CMD_WRITE_FRU_DATA && sRequest.u16Length >= kWriteHeadLength &&
+                        sRequest.u16Length <= BMCSIM_REQUEST_DATA_MAX;
+    if (sRequest.u8NetFn != SIM_NETFN_STORAGE || sRequest.pu8Data == nullptr || (!bRead && !bWrite)) {
+        SimExecuteCommand(psState, sRequest, psResponse);
+        return;
+    }
+    uint8_t au8Data[BMCSIM_REQUEST_DATA_MAX];
+    memcpy(au8Data, sRequest.pu8Data, sRequest.u16Length);
+    sSimRequest sCut = sRequest;
+    sCut.pu8Data = au8Data;
+    if (bRead && au8Data[3] > u32Bytes) {
+        au8Data[3] = static_cast<uint8_t>(u32Bytes);
+    }
+    if (bWrite && uint32_t{sRequest.u16Length} - kWriteHeadLength > u32Bytes) {
+        sCut.u16Length = static_cast<uint16_t>(kWriteHeadLength + u32Bytes);
+    }
+    SimExecuteCommand(psState, sCut, psResponse);
+}

@@ -1,0 +1,86 @@
+// A raw FRU image downloaded into a FRU device of ipmi_sim over the LAN, read back and
+// changed by the real ipmitool, and an image that ipmitool wrote, tested by tavrin.
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "IpmiSimServer.h"
+#include "TestSupport.h"
+
+namespace {
+
+const std::vector<std::string> kLogin = {"-H", IpmiSimServer::kHost, "-U", IpmiSimServer::kUserName, "-P",
+                                         IpmiSimServer::kPassword, "-C", std::to_string(IpmiSimServer::kCipherSuite)};
+
+RunResult Run(std::vector<std::string> vArgv, const std::vector<std::string>& vTail, const std::string& sDir = "")
+{
+    vArgv.insert(vArgv.end(), vTail.begin(), vTail.end());
+    RunOptions sOptions;
+    sOptions.sWorkDir = sDir;
+    sOptions.vEnv = {{"TZ", "UTC"}};  // for the manufacturing date that ipmitool prints
+    return RunProgram(vArgv, sOptions);
+}
+
+RunResult Ipmitool(std::vector<std::string> vCommand)
+{
+    vCommand.insert(vCommand.begin(), kLogin.begin(), kLogin.end());
+    return Run({"ipmitool", "-I", "lanplus"}, vCommand);
+}
+
+RunResult Tavrin(const TempDir& sDir, std::vector<std::string> vOperation)
+{
+    vOperation.insert(vOperation.end(), {"-n", "lanplus"});
+    vOperation.insert(vOperation.end(), kLogin.begin(), kLogin.end());
+    return Run({BuildDir() + "/tavrin"}, vOperation, sDir.Path());
+}
+
+// The value that "ipmitool fru print" shows for the label, without the blanks around it.
+std::string Printed(const std::string& sPrint, const std::string& sLabel)
+{
+    std::smatch sMatch;
+    const bool bFound = std::regex_search(sPrint, sMatch, std::regex("\n " + sLabel + " *: ([^\n]*[^ \n]) *\n"));
+    return bFound ? sMatch[1].str() : "(no " + sLabel + ")";
+}
+
+TEST(LanRealFru, DownloadIsWhatIpmitoolPrintsAndVerifyNoticesAChange)
+{
+    TAVRIN_REQUIRE_IPMI_SIM();
+    TempDir sDir;
+    const std::vector<uint8_t> vImage = ReadFileBytes(SourceDir() + "/examples/sample-server.fru");
+    WriteFileBytes(sDir.File("server.fru"), vImage);
+    IpmiSimServer sSim;
+    // A device of exactly the image's size, so that what ipmitool reads out is the image.
+    ASSERT_TRUE(sSim.Start({}, {{0, static_cast<uint16_t>(vImage.size()), {}}})) << sSim.Failure();
+
+    RunResult sDownload = Tavrin(sDir, {"-d", "server.fru", "fruID=0"});
+    ASSERT_EQ(0, sDownload.iStatus) << sDownload.sErr;
+    RunResult sPrint = Ipmitool({"fru", "print", "0"});
+    ASSERT_EQ(0, sPrint.iStatus) << sPrint.sErr;
+    const std::vector<std::pair<std::string, std::string>> vFields = {
+        {"Chassis Serial", "CS24A00017"},   {"Chassis Extra", "2024-05-17"},
+        {"Board Mfg Date", "Fri May 17 08:30:00 2024 UTC"}, {"Board Mfg", "Tavrin Systems"},
+        {"Board Product", "TS-4410 Server Board"}, {"Board Serial", "BS24A00123"},
+        {"Product Manufacturer", "Tavrin Systems"}, {"Product Name", "TS-4410 Rack Server"},
+        {"Product Serial", "2405170042"}};
+    for (const auto& sField : vFields) EXPECT_EQ(sField.second, Printed(sPrint.sOut, sField.first)) << sPrint.sOut;
+    RunResult sVerify = Tavrin(sDir, {"-v", "server.fru", "fruID=0"});
+    EXPECT_EQ(0, sVerify.iStatus) << sVerify.sErr;
+
+    // ipmitool rewrites the product area with a name of the same length and its own
+    // checksum; the image it then reads out of the device passes -t.
+    Ipmitool({"fru", "edit", "0", "field", "p", "1", "TS-4410 Rack Unit 2"});
+    EXPECT_EQ("TS-4410 Rack Unit 2", Printed(Ipmitool({"fru", "print", "0"}).sOut, "Product Name"));
+    RunResult sChanged = Tavrin(sDir, {"-v", "server.fru", "fruID=0"});
+    EXPECT_EQ(1, sChanged.iStatus);
+    EXPECT_NE(std::string::npos, sChanged.sErr.find("The FRU data in file and FRU inventory are different!\n"
+                                                    "Verify FRU file failed!\n"));
+    ASSERT_EQ(0, Ipmitool({"fru", "read", "0", sDir.File("by-ipmitool.fru")}).iStatus);
+    EXPECT_NE(vImage, ReadFileBytes(sDir.File("by-ipmitool.fru")));
+    RunResult sTest = Tavrin(sDir, {"-t", "by-ipmitool.fru", "fruID=0"});
+    EXPECT_EQ(0, sTest.iStatus) << sTest.sErr;
+    EXPECT_NE(std::string::npos, sTest.sOut.find("No error found in FRU file by-ipmitool.fru! \n"));
+}
+
+}  // namespace
