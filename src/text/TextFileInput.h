@@ -12,8 +12,9 @@
 //   U+0100 becomes its one byte (ISO-8859-1); the first character above U+00FF cuts the
 //   line's text there, and the rest of the line is read but dropped. A lone last byte
 //   of the file stands for the character with a high byte of 0.
-// The file is read ahead in large blocks into the context, and lines are taken from
-// there: once reading has begun, the stream is moved only through TextFileSeek.
+// The owner skips the byte-order mark before the first read (3 bytes for UTF-8, 2 for
+// UTF-16). The file is read ahead in large blocks into the context and lines are taken
+// from there: once reading has begun, the stream is moved only through TextFileSeek.
 #ifndef TAVRIN_TEXT_TEXTFILEINPUT_H
 #define TAVRIN_TEXT_TEXTFILEINPUT_H
 

@@ -5,10 +5,6 @@
 
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 #include "TextReadAhead.h"
 #include "TextUnits.h"
 
@@ -45,7 +41,7 @@ int HexLineValue(const unsigned char* pu8, uint8_t* pu8Value)
     return 1;
 }
 
-#if defined(__SSE2__)
+#if defined(TEXT_SCAN_SSE2)
 // The feed and digit places of sixteen lines of three units: bit i for unit i of 48.
 constexpr uint64_t FeedPlaces()
 {
@@ -145,7 +141,7 @@ size_t TakeHexLines(sTextFileContext* psContext, uint8_t* pu8Values, size_t uMax
         const unsigned char* const pu8From = reinterpret_cast<const unsigned char*>(sAhead.achData + sAhead.uNext);
         const unsigned char* const pu8Stop = pu8From + uRun * uLineBytes;
         const unsigned char* pu8 = pu8From;
-#if defined(__SSE2__)
+#if defined(TEXT_SCAN_SSE2)
         while (static_cast<size_t>(pu8Stop - pu8) >= kuLinesAtOnce * uLineBytes && HexLines16<W>(pu8, pu8To)) {
             pu8 += kuLinesAtOnce * uLineBytes;
             pu8To += kuLinesAtOnce;

@@ -4,10 +4,6 @@
 
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 #include "TextReadAhead.h"
 #include "TextUnits.h"
 
@@ -53,7 +49,7 @@ sBlockMasks PlainMasks(const unsigned char* pu8, size_t uUnits, const sStopSet& 
     return sMasks;
 }
 
-#if defined(__SSE2__)
+#if defined(TEXT_SCAN_SSE2)
 // The units a block is compared with, one in each lane.
 struct sBlockUnits {
     __m128i vFeed;
