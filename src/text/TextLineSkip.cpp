@@ -1,5 +1,5 @@
-// The skips over lines without interest, on the block read ahead: a unit at a time in
-// the plain form, and sixteen at a time where the processor has SSE2.
+// The skips over lines without interest, on the block read ahead: whole blocks of short
+// lines sixteen units at a time where the processor has SSE2, and the rest unit by unit.
 #include "TextLineScan.h"
 
 #include <cstring>
@@ -50,27 +50,10 @@ sBlockMasks PlainMasks(const unsigned char* pu8, size_t uUnits, const sStopSet& 
 }
 
 #if defined(TEXT_SCAN_SSE2)
-// The units a block is compared with, one in each lane.
-struct sBlockUnits {
-    __m128i vFeed;
-    __m128i avStop[kuMaxStops];
-};
-
 template <size_t W>
 __m128i UnitVector(uint16_t u16Unit)
 {
     return (W == 1) ? _mm_set1_epi8(static_cast<char>(u16Unit)) : _mm_set1_epi16(static_cast<short>(u16Unit));
-}
-
-template <size_t W>
-sBlockUnits MakeBlockUnits(const sStopSet& sStops)
-{
-    sBlockUnits sUnits;
-    sUnits.vFeed = UnitVector<W>(ku16LineFeed);
-    for (size_t k = 0; k < kuMaxStops; k++) {
-        sUnits.avStop[k] = UnitVector<W>(sStops.au16Unit[k]);
-    }
-    return sUnits;
 }
 
 // All ones in the byte of each of the sixteen units at pu8 that equals the unit of vUnit.
@@ -83,24 +66,6 @@ __m128i Equal16(const unsigned char* pu8, __m128i vUnit)
     }
     return _mm_packs_epi16(_mm_cmpeq_epi16(_mm_loadu_si128(pvData), vUnit),
                            _mm_cmpeq_epi16(_mm_loadu_si128(pvData + 1), vUnit));
-}
-
-template <size_t W>
-sBlockMasks BlockMasks(const unsigned char* pu8, const sBlockUnits& sUnits)
-{
-    sBlockMasks sMasks = {0, 0};
-    for (size_t uPart = 0; uPart < kuBlockUnits / 16; uPart++) {
-        const unsigned char* pu8Part = pu8 + uPart * 16 * W;
-        __m128i vStops = Equal16<W>(pu8Part, sUnits.avStop[0]);
-        for (size_t k = 1; k < kuMaxStops; k++) {
-            vStops = _mm_or_si128(vStops, Equal16<W>(pu8Part, sUnits.avStop[k]));
-        }
-        const uint64_t u64Feeds = static_cast<uint16_t>(_mm_movemask_epi8(Equal16<W>(pu8Part, sUnits.vFeed)));
-        const uint64_t u64Stops = static_cast<uint16_t>(_mm_movemask_epi8(vStops));
-        sMasks.u64Feeds |= u64Feeds << (uPart * 16);
-        sMasks.u64Stops |= u64Stops << (uPart * 16);
-    }
-    return sMasks;
 }
 
 // The sum of the sixteen byte lanes.
@@ -116,8 +81,13 @@ uint64_t SumOfLanes(__m128i vCounts)
 // two blocks, and only counted here, with no look at where it ends. Returns the units up
 // to and including the last line feed of the blocks taken, and their lines in *puLines.
 template <size_t W>
-size_t SkipPlainBlocks(const unsigned char* pu8, size_t uUnits, const sBlockUnits& sUnits, size_t* puLines)
+size_t SkipPlainBlocks(const unsigned char* pu8, size_t uUnits, const sStopSet& sStops, size_t* puLines)
 {
+    const __m128i vLineFeed = UnitVector<W>(ku16LineFeed);
+    __m128i avStop[kuMaxStops];
+    for (size_t k = 0; k < kuMaxStops; k++) {
+        avStop[k] = UnitVector<W>(sStops.au16Unit[k]);
+    }
     const size_t uLaneLimit = 255 / (kuBlockUnits / 16);  // blocks a lane can count before it overflows
     size_t uBlocks = 0;
     uint64_t u64Lines = 0;
@@ -129,8 +99,8 @@ size_t SkipPlainBlocks(const unsigned char* pu8, size_t uUnits, const sBlockUnit
         __m128i vFeeds = _mm_setzero_si128();
         for (size_t uPart = 0; uPart < kuBlockUnits / 16; uPart++) {
             const unsigned char* pu8Part = pu8Block + uPart * 16 * W;
-            const __m128i vFeed = Equal16<W>(pu8Part, sUnits.vFeed);
-            for (const __m128i& vStop : sUnits.avStop) {
+            const __m128i vFeed = Equal16<W>(pu8Part, vLineFeed);
+            for (const __m128i& vStop : avStop) {
                 vAnyStop = _mm_or_si128(vAnyStop, Equal16<W>(pu8Part, vStop));
             }
             vAnyFeed = _mm_or_si128(vAnyFeed, vFeed);
@@ -153,24 +123,8 @@ size_t SkipPlainBlocks(const unsigned char* pu8, size_t uUnits, const sBlockUnit
     return uEnd;
 }
 #else
-struct sBlockUnits {
-    sStopSet sStops;
-};
-
 template <size_t W>
-sBlockUnits MakeBlockUnits(const sStopSet& sStops)
-{
-    return sBlockUnits{sStops};
-}
-
-template <size_t W>
-sBlockMasks BlockMasks(const unsigned char* pu8, const sBlockUnits& sUnits)
-{
-    return PlainMasks<W>(pu8, kuBlockUnits, sUnits.sStops);
-}
-
-template <size_t W>
-size_t SkipPlainBlocks(const unsigned char*, size_t, const sBlockUnits&, size_t* puLines)
+size_t SkipPlainBlocks(const unsigned char*, size_t, const sStopSet&, size_t* puLines)
 {
     *puLines = 0;
     return 0;
@@ -182,7 +136,6 @@ size_t SkipPlainBlocks(const unsigned char*, size_t, const sBlockUnits&, size_t*
 template <size_t W>
 size_t SkipLines(sTextFileContext* psContext, const sStopSet& sStops, size_t uMaxUnits)
 {
-    const sBlockUnits sUnits = MakeBlockUnits<W>(sStops);
     const bool bPlainBlocks = uMaxUnits >= 2 * kuBlockUnits - 1;  // a line ending in the next block fits
     sTextReadAhead& sAhead = psContext->sAhead;
     size_t uLines = 0;
@@ -195,17 +148,15 @@ size_t SkipLines(sTextFileContext* psContext, const sStopSet& sStops, size_t uMa
         }
         const unsigned char* pu8Line = reinterpret_cast<const unsigned char*>(sAhead.achData + sAhead.uNext);
         size_t uPlainLines = 0;
-        const size_t uPlain = bPlainBlocks ? SkipPlainBlocks<W>(pu8Line, uHeld, sUnits, &uPlainLines) : 0;
+        const size_t uPlain = bPlainBlocks ? SkipPlainBlocks<W>(pu8Line, uHeld, sStops, &uPlainLines) : 0;
         if (uPlain != 0) {
             sAhead.uNext += uPlain * W;
             uLines += uPlainLines;
             uScanned = 0;
             continue;
         }
-        // One block, line by line.
-        const unsigned char* pu8 = pu8Line + uScanned * W;
-        const sBlockMasks sMasks =
-            (uUnits == kuBlockUnits) ? BlockMasks<W>(pu8, sUnits) : PlainMasks<W>(pu8, uUnits, sStops);
+        // One block unit by unit: a long line, a stop character, or the end of what is held.
+        const sBlockMasks sMasks = PlainMasks<W>(pu8Line + uScanned * W, uUnits, sStops);
         // The lines that end in this block before its first stop character are taken.
         const uint64_t u64Feeds =
             (sMasks.u64Stops != 0) ? sMasks.u64Feeds & ((sMasks.u64Stops & (0u - sMasks.u64Stops)) - 1) : sMasks.u64Feeds;

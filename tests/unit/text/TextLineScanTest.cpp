@@ -45,7 +45,7 @@ std::string MixedText(uint32_t u32Seed)
         case 4: sText += Chars("ab ", Pick(30)) + "()"[Pick(2)] + Chars("ab ", Pick(30)) + "\n"; break;
         case 5: sText += Chars("xy /", kauLong[Pick(16)] - 1) + "\n"; break;
         case 6: sText += std::string(kapchNearHex[Pick(10)]) + "\n"; break;
-        default: for (size_t n = 20 + Pick(200); n > 0; n--) sText += "a\n"; break;
+        default: for (size_t n = 20 + Pick(200) + (Pick(4) == 0 ? 3000 : 0); n > 0; n--) sText += "a\n"; break;
         }
     }
     return sText + "last";
