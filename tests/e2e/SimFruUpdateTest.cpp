@@ -66,9 +66,7 @@ TEST_P(FruUpdateTest, ChangesTheFieldAndTheChecksumAndNothingElse)
         SimSession sBmc;
         if (c.vArgs[0] == "fieldName=datetime") sBmc.UseProgram(BuildDir() + "/tests/tavrin-fixedclock");
         ASSERT_EQ(0, sBmc.Sim({"fru-load", "0", sBmc.File("sample-server.fru"), "256"}).iStatus);
-        if (!c.vFault.empty()) {
-            ASSERT_EQ(0, sBmc.Sim(c.vFault).iStatus);
-        }
+        ASSERT_TRUE(c.vFault.empty() || sBmc.Sim(c.vFault).iStatus == 0);
         std::vector<std::string> vArgs = {"-updateFRU"};
         vArgs.insert(vArgs.end(), c.vArgs.begin(), c.vArgs.end());
         RunResult s = sBmc.Tavrin(eRoute, vArgs);
