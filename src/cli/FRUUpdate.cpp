@@ -113,11 +113,25 @@ void PrintDeviceRange(uint16_t u16Start, uint16_t u16Count)
     }
 }
 
+// Whether the area still sums to 0 after the first u16Written bytes of the run: only if
+// they add up to what they replaced. A string's run starts with its type/length byte,
+// which stands behind the field bytes in both buffers.
+bool ChecksumStillHolds(const sFRUUpdateData* psData, const uint8_t* pu8OldData, uint16_t u16Written)
+{
+    const uint8_t u8Length = psData->u8StringLength;
+    unsigned uChange = 0;
+    for (uint16_t i = 0; i < u16Written; i++) {
+        const uint16_t u16Index = IsFRUUpdateOfDateTime(psData) ? i : (i == 0 ? u8Length : i - 1);
+        uChange += psData->au8NewData[u16Index] - pu8OldData[u16Index];
+    }
+    return (uChange & 0xFF) == 0;
+}
+
 // A write failed: which of the field's bytes (a contiguous run from u16Start, since they
-// are written in order) the device now holds, and which not. The checksum is never
-// written then, so after any write the area's checksum is wrong.
+// are written in order) the device now holds, and which not. The checksum comes last, so
+// it is never written then.
 void ReportUnfinishedUpdate(uint8_t u8FruID, uint16_t u16Start, uint16_t u16Total, uint16_t u16Written,
-                            uint16_t u16ChecksumOffset)
+                            uint16_t u16ChecksumOffset, bool bChecksumHolds)
 {
     if (u16Written == 0) {
         fprintf(stderr, "Nothing was written: FRU device 0x%02X is unchanged. \n", u8FruID);
@@ -131,11 +145,12 @@ void ReportUnfinishedUpdate(uint8_t u8FruID, uint16_t u16Start, uint16_t u16Tota
         fputs(" and ", stderr);
     }
     fprintf(stderr, "the area checksum at 0x%04X. \n", u16ChecksumOffset);
-    fputs("The area checksum no longer matches the area. \n", stderr);
+    fputs(bChecksumHolds ? "The area checksum still matches the area. \n"
+                         : "The area checksum no longer matches the area. \n", stderr);
 }
 
 // Type/length byte (of a string), field bytes, then the checksum.
-int WriteNewField(sFRUUpdateData* psData, uint16_t u16ChecksumOffset)
+int WriteNewField(sFRUUpdateData* psData, const uint8_t* pu8OldData, uint16_t u16ChecksumOffset)
 {
     const int bDateTime = IsFRUUpdateOfDateTime(psData);
     const uint8_t u8Length = bDateTime ? static_cast<uint8_t>(FRU_DATETIME_SIZE) : psData->u8StringLength;
@@ -148,7 +163,7 @@ int WriteNewField(sFRUUpdateData* psData, uint16_t u16ChecksumOffset)
         return 1;
     }
     ReportUnfinishedUpdate(psData->u8FRUID, u16Start, static_cast<uint16_t>(bDateTime ? u8Length : u8Length + 1),
-                           u16Written, u16ChecksumOffset);
+                           u16Written, u16ChecksumOffset, ChecksumStillHolds(psData, pu8OldData, u16Written));
     return 0;
 }
 
@@ -176,7 +191,7 @@ int UpdateFRUField(sFRUUpdateData* psData)
         fputs("Fail to compute new checksum!", stderr);
         return 0;
     }
-    return WriteNewField(psData, u16ChecksumOffset);
+    return WriteNewField(psData, au8OldData, u16ChecksumOffset);
 }
 
 }  // namespace

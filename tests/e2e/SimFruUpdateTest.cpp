@@ -24,9 +24,12 @@ struct UpdateCase {
 const std::string kNotes =
     "\nNote: If the option, -msgintf kcsio, is used,\n      make sure KCS driver modules are not loaded!\n\n";
 const std::string kWriteRefused = "<ERROR> Error in executing IPMI command because of: Failure to write data to FRU.\n";
+const std::string kStillMatches = "The area checksum still matches the area. \n";
 const std::string kMismatch = "The area checksum no longer matches the area. \n";
 const std::vector<std::string> kChassisBCD = {"fieldName=snChassis", "offset=0x27", "strType=1", "strLength=8",
                                               "strValue=2024-06-30", "fruID=0"};
+const std::vector<std::string> kBoard6Bit = {"fieldName=snBoard", "offset=0x63", "strType=2", "strLength=8",
+                                             "strValue=BS24B99999", "fruID=0"};
 const std::string kChassisReads = "r0+8 r26+1 r27+8 r19+1 r37+1 ";
 const Patch kChassisField = {0x26, {0x48, 0x20, 0x24, 0xB0, 0x6B, 0x30, 0xAA, 0xAA, 0xAA}};
 
@@ -90,8 +93,7 @@ TEST_P(FruUpdateTest, ChangesTheFieldAndTheChecksumAndNothingElse)
 INSTANTIATE_TEST_SUITE_P(
     Rows, FruUpdateTest,
     ::testing::Values(
-        UpdateCase{"Board6Bit", {"fieldName=snBoard", "offset=0x63", "strType=2", "strLength=8", "strValue=BS24B99999",
-                                 "fruID=0"}, {}, "r0+8 r62+1 r63+8 r39+1 r87+1 w62+1 w63+8 w87+1 ",
+        UpdateCase{"Board6Bit", kBoard6Bit, {}, "r0+8 r62+1 r63+8 r39+1 r87+1 w62+1 w63+8 w87+1 ",
                    {{0x63, {0xE2, 0x2C, 0x51, 0x62, 0x96, 0x65, 0x59, 0x06}}, {0x87, {0x70}}}, ""},
         UpdateCase{"Product8BitInTwoPieces", {"fieldName=snProduct", "offset=0x9B", "strType=3", "strLength=0x13",
                                               "strValue=TS-4410 Rack Unit 2", "fruID=0"}, {},
@@ -109,6 +111,10 @@ INSTANTIATE_TEST_SUITE_P(
         UpdateCase{"FieldWriteRefused", kChassisBCD, Fault("0x12", "2", "cc", "0x80"), kChassisReads + "w26+1 w27+8 ",
                    {{0x26, {0x48}}}, kWriteRefused + "cc = 80 \nWritten to FRU device 0x00: 0x0026. Not written: "
                                                      "0x0027-0x002E and the area checksum at 0x0037. \n" + kMismatch},
+        UpdateCase{"SameTypeByteWrittenOnly", kBoard6Bit, Fault("0x12", "2", "cc", "0x80"),
+                   "r0+8 r62+1 r63+8 r39+1 r87+1 w62+1 w63+8 ", {},  // the type/length byte written was the old one
+                   kWriteRefused + "cc = 80 \nWritten to FRU device 0x00: 0x0062. Not written: 0x0063-0x006A and the "
+                                   "area checksum at 0x0087. \n" + kStillMatches},
         UpdateCase{"FieldWriteStopsShort", kChassisBCD, Fault("0x12", "2", "partial", "5"),
                    kChassisReads + "w26+1 w27+8 ", {{0x26, {0x48, 0x20, 0x24, 0xB0, 0x6B, 0x30}}},
                    "Warning: FRU device wrote 5 of 8 bytes at offset 0x27. \nWritten to FRU device 0x00: "
