@@ -14,6 +14,17 @@
 set -euo pipefail
 
 readonly TIME_LIMIT_S=300
+# The emulated BMC's FRU 0: sample-card.fru (104 bytes) in an area of 256 bytes, which
+# sample-server.fru (255 bytes) nearly fills, so its -v compares all but the last byte.
+# A multiple of 16: tavrin's 16-byte reads never ask at the area's last byte, a read
+# that QEMU refuses.
+readonly FRU_AREA_SIZE=256
+# The time (UTC) to which the guest sets its clock right before -updateFRU of the date/time.
+readonly GUEST_CLOCK="2025-01-02 03:04"
+# glibc's converters between ISO-8859-1 and UTF-16LE, which UTF-16 text files need, and
+# their table.
+readonly GCONV_DIR=/usr/lib/x86_64-linux-gnu/gconv
+readonly GCONV_FILES="gconv-modules ISO8859-1.so UTF-16.so"
 here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/../.." && pwd)
 
@@ -61,43 +72,20 @@ write_sdr_records() {
     [ "$position" -eq ${#bytes[@]} ] || fail "$1 holds more than its $count records"
 }
 
-# One FRU area of the IPMI Platform Management FRU Information Storage Definition:
-# its head bytes (one word; the length byte is filled in), 8-bit ASCII fields, the end
-# mark C1h, padding to a multiple of 8 bytes and the zero checksum. Into the array
-# fru_area.
-fru_area() {
-    local -a area
-    read -r -a area <<<"$1"
-    local field character sum=0 value
-    shift
-    for field in "$@"; do
-        area+=($((0xC0 | ${#field})))
-        for ((character = 0; character < ${#field}; character++)); do
-            area+=("$(printf '%d' "'${field:character:1}")")
-        done
+# The images that -updateFRU must leave in FRU 0, made by tavrin-frugen from the
+# description of sample-server.fru with the new field values: server-serial.fru with the
+# board serial number BS24B99999, server-updated.fru with that and the board's
+# manufacturing date/time set to the guest's clock, GUEST_CLOCK (UTC), into directory $1.
+write_updated_fru_images() {
+    local description=$root/tools/frugen/samples/server.frudesc
+    sed 's/"BS24A00123"/"BS24B99999"/' "$description" >"$work/server-serial.frudesc"
+    sed "s/^\( *made  *\)2024-05-17 08:30\$/\1$GUEST_CLOCK/" "$work/server-serial.frudesc" >"$work/server-updated.frudesc"
+    grep -q '"BS24B99999"' "$work/server-updated.frudesc" && grep -q " made  *$GUEST_CLOCK\$" "$work/server-updated.frudesc" ||
+        fail "$description no longer holds the board serial number BS24A00123 and the date 2024-05-17 08:30"
+    local name
+    for name in server-serial server-updated; do
+        "$build/tools/tavrin-frugen" "$work/$name.frudesc" "$1/$name.fru" || fail "tavrin-frugen $name.frudesc failed"
     done
-    area+=(0xC1)
-    while (((${#area[@]} + 1) % 8)); do area+=(0); done
-    area[1]=$(((${#area[@]} + 1) / 8))
-    for value in "${area[@]}"; do sum=$((sum + value)); done
-    area+=($(((256 - sum % 256) % 256)))
-    fru_area=("${area[@]}")
-}
-
-# A FRU image with a board and a product area, padded to the BMC's area size.
-write_fru_image() {
-    local area_size=$1
-    fru_area "1 0 25 0x40 0xB1 0x0E" "Tavrin Test" "VM Board" "VMB0001" "PN-VM-1" ""
-    local -a board=("${fru_area[@]}")
-    fru_area "1 0 25" "Tavrin Test" "VM Product" "PM-VM-1" "1.0" "VMP0001" "ASSET-1" ""
-    local -a product=("${fru_area[@]}")
-    local -a header=(1 0 0 1 $((1 + ${#board[@]} / 8)) 0 0)
-    local sum=0 value
-    for value in "${header[@]}"; do sum=$((sum + value)); done
-    header+=($(((256 - sum % 256) % 256)))
-    local -a image=("${header[@]}" "${board[@]}" "${product[@]}")
-    while ((${#image[@]} < area_size)); do image+=(0); done
-    write_bytes "${image[@]}"
 }
 
 # The kernel package that linux-image-amd64 depends on and busybox-static, fetched into
@@ -138,7 +126,7 @@ fetch_packages() {
 }
 
 # The guest's files: init, busybox, the IPMI modules, tavrin with the real route
-# libraries and the shared libraries they need, and the data of the checks.
+# libraries and the shared libraries and converters they need, and the data of the checks.
 make_initramfs() {
     local tree=$work/tree
     rm -rf "$tree" && mkdir -p "$tree"/{bin,data,dev,proc,sys,tmp,lib/modules,opt/tavrin/bin,opt/tavrin/lib}
@@ -153,8 +141,13 @@ make_initramfs() {
         mkdir -p "$tree$(dirname "$library")"
         cp -L "$library" "$tree$library"
     done
-    cp "$root/examples/sample-v1.sdr" "$work/bmc.fru" "$tree/data/"
+    mkdir -p "$tree$GCONV_DIR"
+    local file
+    for file in $GCONV_FILES; do cp "$GCONV_DIR/$file" "$tree$GCONV_DIR/"; done
+    cp "$root/examples/sample-v1.sdr" "$root/examples/sample-card.fru" "$root/examples/sample-server.fru" "$tree/data/"
     "$build/tools/tavrin-sdrgen" 1 "$tree/data/other.sdr" 6
+    write_updated_fru_images "$tree/data"
+    echo "$GUEST_CLOCK:00" >"$tree/data/clock"
     printf 'KCS\nCA2\nByteBoundary\n3000\n' >"$tree/data/intf.ini"
     chmod 755 "$tree/init" "$tree/bin/busybox"
     (cd "$tree" && find . | "$cache/busybox" cpio -o -H newc -R 0:0 2>/dev/null) | gzip -1 >"$work/initramfs.gz"
@@ -168,7 +161,7 @@ boot() {
         -display none -monitor none -no-reboot -serial "file:$work/console.log" \
         -kernel "$cache/vmlinuz" -initrd "$work/initramfs.gz" \
         -append "console=ttyS0 panic=1 rdinit=/init" \
-        -device "ipmi-bmc-sim,id=bmc0,sdrfile=$work/bmc-records.sdr,frudatafile=$work/bmc.fru,fruareasize=512" \
+        -device "ipmi-bmc-sim,id=bmc0,sdrfile=$work/bmc-records.sdr,frudatafile=$work/bmc.fru,fruareasize=$FRU_AREA_SIZE" \
         -device isa-ipmi-kcs,bmc=bmc0 || status=$?
     wall_seconds=$(awk -v start="$start" -v end="$(date +%s.%N)" 'BEGIN {printf "%.1f", end - start}')
     tr -d '\r' <"$work/console.log" >"$work/console.txt"
@@ -221,13 +214,16 @@ if ! command -v qemu-system-x86_64 >/dev/null; then
     command -v apt-get >/dev/null || skip "qemu-system-x86_64 is missing, and there is no apt-get to install it"
     bash "$root/scripts/install-deps.sh" || skip "qemu-system-x86_64 is missing and could not be installed"
 fi
-for file in tavrin lib/libsarnic.so lib/libbrevok.so tools/tavrin-sdrgen; do
+for file in tavrin lib/libsarnic.so lib/libbrevok.so tools/tavrin-sdrgen tools/tavrin-frugen; do
     [ -x "$build/$file" ] || [ -f "$build/$file" ] || fail "$build/$file is missing: build first"
+done
+for file in $GCONV_FILES; do
+    [ -f "$GCONV_DIR/$file" ] || skip "$GCONV_DIR/$file (Debian package libc6) is missing: the guest needs it"
 done
 mkdir -p "$cache" "$work"
 fetch_packages
 write_sdr_records "$root/examples/sample-v1.sdr" >"$work/bmc-records.sdr"
-write_fru_image 512 >"$work/bmc.fru"
+cp "$root/examples/sample-card.fru" "$work/bmc.fru"
 make_initramfs
 boot
 compare
