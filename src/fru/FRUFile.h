@@ -1,6 +1,6 @@
-// Reading a local FRU file into G_pu8LocalFRUDataBuffer: a binary file (the raw image)
-// is read whole and validated. A FRU text file is recognised by its start tag, and
-// refused by this build.
+// Reading a local FRU file into G_pu8LocalFRUDataBuffer: a FRU text file, recognised by
+// its start tag (FRUTextReader.h), or else a binary file (the raw image), read whole and
+// validated.
 #ifndef TAVRIN_FRU_FRUFILE_H
 #define TAVRIN_FRU_FRUFILE_H
 
