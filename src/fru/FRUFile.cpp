@@ -9,6 +9,7 @@
 #include "FRUValidate.h"
 #include "text/FileEncoding.h"
 #include "text/LineTokens.h"
+#include "text/TextLineScan.h"
 
 namespace {
 
@@ -129,7 +130,14 @@ int FRUReadBlockStartTag(sTextFileContext* psContext, uint32_t* pu32OutsideFlag)
     }
     char achLine[FRU_LINE_BUFFER_SIZE];
     int iFound = 0;
-    while (!iFound && ReadTextLine(psContext, achLine, sizeof(achLine), FRU_LINE_READ_LIMIT)) {
+    while (!iFound) {
+        // Once the flag is set, only the tag matters, and a line without "(" can't hold it.
+        if (*pu32OutsideFlag != 0) {
+            SkipTextLinesWithout(psContext, "(", FRU_LINE_READ_LIMIT);
+        }
+        if (!ReadTextLine(psContext, achLine, sizeof(achLine), FRU_LINE_READ_LIMIT)) {
+            break;
+        }
         TrimComment(achLine);
         TrimSideSpace(achLine);
         if (std::strstr(achLine, FRU_START_TAG) != nullptr) {

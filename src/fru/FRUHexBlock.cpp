@@ -6,6 +6,7 @@
 #include "FRUImage.h"
 #include "FRUTextReader.h"
 #include "text/LineTokens.h"
+#include "text/TextLineScan.h"
 
 namespace {
 
@@ -25,6 +26,17 @@ void PutBackToken(char* pchPendingLine, const char* pchToken)
     std::memcpy(pchPendingLine, pchToken, uToken);
 }
 
+// A run of lines of one hex byte each, as an upload writes them, taken at once straight
+// into the image, as far as it has room. Returns the number of bytes stored.
+size_t TakeHexByteRun(sFRUTextReader* psReader, size_t uWanted)
+{
+    const size_t uRoom = psReader->u16ImageLimit - G_u16RawDataSizeFromFRUFile;
+    const size_t uTaken = TakeHexByteLines(&psReader->sContext, G_pu8LocalFRUDataBuffer + G_u16RawDataSizeFromFRUFile,
+                                           uWanted < uRoom ? uWanted : uRoom, FRU_LINE_READ_LIMIT);
+    G_u16RawDataSizeFromFRUFile = static_cast<uint16_t>(G_u16RawDataSizeFromFRUFile + uTaken);
+    return uTaken;
+}
+
 }  // namespace
 
 int FRUReadHexBlock(sFRUTextReader* psReader, const char* pchAreaName, uint16_t u16Count)
@@ -37,6 +49,12 @@ int FRUReadHexBlock(sFRUTextReader* psReader, const char* pchAreaName, uint16_t 
     char achToken[FRU_LINE_BUFFER_SIZE];
     uint16_t u16Stored = 0;
     for (;;) {
+        if (pchPendingLine[0] == '\0' && u16Stored < u16Count) {
+            u16Stored = static_cast<uint16_t>(u16Stored + TakeHexByteRun(psReader, u16Count - u16Stored));
+            if (u16Stored == u16Count) {
+                return 1;
+            }
+        }
         if (pchPendingLine[0] == '\0' &&
             !ReadTextLine(&psReader->sContext, pchPendingLine, FRU_LINE_BUFFER_SIZE, FRU_LINE_READ_LIMIT)) {
             FRUReportFormatError("%s Area is not complete. \n", pchAreaName);

@@ -8,6 +8,8 @@
 #include "FRUTextReader.h"
 #include "text/EncodingConversion.h"
 #include "text/LineTokens.h"
+#include "text/TextLineScan.h"
+#include "text/TextReadAhead.h"
 
 namespace {
 
@@ -28,23 +30,24 @@ struct sMixedBlock {
 
 // Takes one line, line end included, into pu8Line: up to the byte 0A in an ASCII or
 // UTF-8 file, up to the character 0A 00 in a UTF-16 file. The end of the file ends a
-// line that has bytes.
+// line that has bytes. The bytes come from the block that the line rule reads ahead.
 eRawLine ReadRawLine(sTextFileContext* psContext, uint8_t* pu8Line, size_t* puLength)
 {
     const bool bUTF16 = psContext->eEncoding == eEncodingUTF16;
+    sTextReadAhead& sAhead = psContext->sAhead;
     size_t uLength = 0;
     for (;;) {
-        const int iByte = getc_unlocked(psContext->pFile);
-        if (iByte == EOF) {
+        if (TextReadAhead(psContext, 1) == 0) {
             *puLength = uLength;
             return uLength > 0 ? eRawLineRead : eRawLineFileEnd;
         }
         if (uLength == FRU_RAW_LINE_LIMIT) {
             return eRawLineTooLong;
         }
-        pu8Line[uLength++] = static_cast<uint8_t>(iByte);
-        const bool bEnd = bUTF16 ? (uLength % 2 == 0 && pu8Line[uLength - 2] == 0x0A && iByte == 0)
-                                 : iByte == 0x0A;
+        const uint8_t u8Byte = static_cast<uint8_t>(sAhead.achData[sAhead.uNext++]);
+        pu8Line[uLength++] = u8Byte;
+        const bool bEnd = bUTF16 ? (uLength % 2 == 0 && pu8Line[uLength - 2] == 0x0A && u8Byte == 0)
+                                 : u8Byte == 0x0A;
         if (bEnd) {
             *puLength = uLength;
             return eRawLineRead;
@@ -128,6 +131,20 @@ int InsertZeroesBehindEndOfFields(sFRUTextReader* psReader, sMixedBlock* ps)
     return 1;
 }
 
+// Stores a hex byte of the block under the rule of C1.
+int StoreHexByte(sFRUTextReader* psReader, sMixedBlock* ps, uint8_t u8Byte)
+{
+    if (ps->bEndOfFieldsSeen && u8Byte != 0 && !InsertZeroesBehindEndOfFields(psReader, ps)) {
+        return 0;
+    }
+    if (!FRUStoreBytes(psReader, ps->pchAreaName, &u8Byte, 1)) {
+        return 0;
+    }
+    ps->u16Stored++;
+    ps->bEndOfFieldsSeen = ps->bEndOfFieldsSeen || (ps->bFieldArea && u8Byte == FRU_END_OF_FIELDS);
+    return 1;
+}
+
 // Every token of a hex line, even those past the end of the block; a comment ends the line.
 int TakeHexTokens(sFRUTextReader* psReader, sMixedBlock* ps, char* pchLine)
 {
@@ -146,15 +163,30 @@ int TakeHexTokens(sFRUTextReader* psReader, sMixedBlock* ps, char* pchLine)
                                  psReader->sContext.u16LineNumber);
             return 0;
         }
-        if (ps->bEndOfFieldsSeen && u8Byte != 0 && !InsertZeroesBehindEndOfFields(psReader, ps)) {
+        if (!StoreHexByte(psReader, ps, u8Byte)) {
             return 0;
         }
-        if (!FRUStoreBytes(psReader, ps->pchAreaName, &u8Byte, 1)) {
-            return 0;
-        }
-        ps->u16Stored++;
-        ps->bEndOfFieldsSeen = ps->bEndOfFieldsSeen || (ps->bFieldArea && u8Byte == FRU_END_OF_FIELDS);
     }
+}
+
+// A run of lines of one hex byte each, as an upload writes them, taken at once and
+// stored one by one as their lines would be, each counted as a hex line. *puTaken
+// receives the number of lines. 1, or 0 after the report, with the line of the byte.
+int TakeHexByteRun(sFRUTextReader* psReader, sMixedBlock* ps, size_t* puTaken)
+{
+    uint8_t au8Values[FRU_LINE_BUFFER_SIZE];
+    const size_t uLeft = ps->u16BlockLength - ps->u16Stored;
+    const uint16_t u16Before = psReader->sContext.u16LineNumber;
+    *puTaken = TakeHexByteLines(&psReader->sContext, au8Values, uLeft < sizeof(au8Values) ? uLeft : sizeof(au8Values),
+                                FRU_LINE_READ_LIMIT);
+    for (size_t i = 0; i < *puTaken; i++) {
+        psReader->sContext.u16LineNumber = static_cast<uint16_t>(u16Before + i + 1);
+        ps->u16HexLineCount++;
+        if (!StoreHexByte(psReader, ps, au8Values[i])) {
+            return 0;
+        }
+    }
+    return 1;
 }
 
 // The next line of the block: a quoted line is stored here; a hex line is brought to
@@ -207,10 +239,11 @@ int FRUReadHexDataQuotedStringMixBlockWithLanguageCode(sFRUTextReader* psReader,
     while (s.u16Stored < s.u16BlockLength) {
         // The rest of the last line of a hex block comes first; it counts as no hex line.
         achLine[0] = '\0';
+        size_t uTaken = 0;
         if (psReader->achPendingLine[0] != '\0') {
             std::strcpy(achLine, psReader->achPendingLine);
             psReader->achPendingLine[0] = '\0';
-        } else if (!ReadMixedLine(psReader, &s, achLine)) {
+        } else if (!TakeHexByteRun(psReader, &s, &uTaken) || (uTaken == 0 && !ReadMixedLine(psReader, &s, achLine))) {
             return 0;
         }
         if (!TakeHexTokens(psReader, &s, achLine)) {

@@ -17,17 +17,17 @@ int FRUCheckSingleStartTag(sFRUTextReader* psReader)
 {
     sTextFileContext* psContext = &psReader->sContext;
     const uint16_t u16LineNumber = psContext->u16LineNumber;
-    fpos_t sPosition;
-    if (std::fgetpos(psContext->pFile, &sPosition) != 0) {
+    const long lPosition = TextFileTell(psContext);
+    if (lPosition < 0) {
         std::fputs("<ERROR> Get current file-position indicator failed. \n", stderr);
         return 0;
     }
-    uint32_t u32Ignored = 0;
+    uint32_t u32Ignored = 1;
     if (FRUReadBlockStartTag(psContext, &u32Ignored)) {
         FRUReportFormatError("Multiple '%s' tag is NOT allowed. \n", FRU_START_TAG);
         return 0;
     }
-    if (std::fsetpos(psContext->pFile, &sPosition) != 0) {
+    if (!TextFileSeek(psContext, lPosition)) {
         std::fputs("<ERROR> Set current file-position indicator failed. \n", stderr);
         return 0;
     }

@@ -82,13 +82,11 @@ int ReadSDRTextFile(FILE* pFile, const char* pchPath, eFileEncoding eEncoding, u
         return 0;
     }
     sTextFileContext sContext;
-    // The lines are taken byte by byte from the stream's buffer: a large one means few reads.
-    setvbuf(pFile, nullptr, _IOFBF, 1 << 16);
     if (!InitTextFileContext(&sContext, pchPath, pFile, eEncoding)) {
         fclose(pFile);
         return 0;
     }
-    if (fseek(pFile, MarkSize(eEncoding), SEEK_SET) != 0) {
+    if (!TextFileSeek(&sContext, MarkSize(eEncoding))) {
         fprintf(stderr, "<ERROR> Error occurs while reading SDR file %s. \n", pchPath);
         fclose(pFile);
         return 0;

@@ -5,13 +5,50 @@
 #include "SDRTextFormat.h"
 #include "SDRValidate.h"
 #include "text/LineTokens.h"
+#include "text/TextLineScan.h"
 
 namespace {
 
 // True when nothing but white space is left of the line.
 bool IsBlank(const char* pchText)
 {
-    return pchText[strspn(pchText, " \t\n\v\f\r")] == '\0';
+    while (*pchText == ' ' || (*pchText >= '\t' && *pchText <= '\r')) {
+        pchText++;
+    }
+    return *pchText == '\0';
+}
+
+// The value of a hex digit, or 0xFF for any other character.
+uint8_t HexDigitValue(char chValue)
+{
+    return (chValue >= '0' && chValue <= '9')   ? static_cast<uint8_t>(chValue - '0')
+           : (chValue >= 'A' && chValue <= 'F') ? static_cast<uint8_t>(chValue - 'A' + 10)
+           : (chValue >= 'a' && chValue <= 'f') ? static_cast<uint8_t>(chValue - 'a' + 10)
+                                                : 0xFF;
+}
+
+// The tag line as the writer lays it out: the tag, blanks or tabs, two hex digits and the
+// line feed (or the end of the file). What the steps below make of such a line is its
+// value, so it is taken at once. 1 with the value, else 0.
+int ReadPlainTagLine(const char* pchLine, const char* pchTag, uint8_t* pu8Value)
+{
+    while (*pchTag != '\0' && *pchLine == *pchTag) {
+        pchLine++;
+        pchTag++;
+    }
+    if (*pchTag != '\0' || (*pchLine != ' ' && *pchLine != '\t')) {
+        return 0;
+    }
+    while (*pchLine == ' ' || *pchLine == '\t') {
+        pchLine++;
+    }
+    const uint8_t u8High = HexDigitValue(pchLine[0]);
+    const uint8_t u8Low = HexDigitValue(pchLine[1]);
+    if ((u8High | u8Low) > 0x0F || (pchLine[2] != '\0' && (pchLine[2] != '\n' || pchLine[3] != '\0'))) {
+        return 0;
+    }
+    *pu8Value = static_cast<uint8_t>((u8High << 4) | u8Low);
+    return 1;
 }
 
 }  // namespace
@@ -24,12 +61,19 @@ eSDRFileState SDRReadRecordTypeLength(sTextFileContext* psContext, const char* p
     }
     char achLine[SDR_LINE_BUFFER_SIZE];
     char achToken[SDR_LINE_BUFFER_SIZE];
-    do {
+    achToken[0] = '\0';
+    while (achToken[0] == '\0') {
+        SkipSpaceLines(psContext, SDR_LINE_MAX_READ);  // they give no token
         if (!SDRReadTextLine(psContext, achLine)) {
             return eSdrFailed;
         }
-        ParseNonQuotedData(achLine, achToken, sizeof(achToken), 0);
-    } while (achToken[0] == '\0');
+        if (ReadPlainTagLine(achLine, pchTag, pu8Value)) {
+            return eSdrValueRead;
+        }
+        if (achLine[0] != '\n' || achLine[1] != '\0') {  // an empty line gives no token
+            ParseNonQuotedData(achLine, achToken, sizeof(achToken), 0);
+        }
+    }
 
     const uint16_t u16Line = psContext->u16LineNumber;
     if (strcmp(achToken, pchTag) != 0) {

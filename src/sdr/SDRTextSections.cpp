@@ -4,6 +4,7 @@
 #include "SDRTextFile.h"
 #include "SDRTextFormat.h"
 #include "text/LineTokens.h"
+#include "text/TextLineScan.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ int OpenSection(sTextFileContext* psContext, sSectionState* psState)
                              psContext->u16LineNumber);
         return 0;
     }
-    psState->lRecordsPosition = ftell(psContext->pFile);
+    psState->lRecordsPosition = TextFileTell(psContext);
     if (psState->lRecordsPosition < 0) {
         ReportReadError(psContext);
         return 0;
@@ -125,7 +126,7 @@ int FinishStructure(sTextFileContext* psContext, const sSectionState& sState)
         SDRReportFormatError("Lack '%s' tag (line %d) \n", SDR_TAG_END, psContext->u16LineNumber);
         return 0;
     }
-    if (fseek(psContext->pFile, sState.lRecordsPosition, SEEK_SET) != 0) {
+    if (!TextFileSeek(psContext, sState.lRecordsPosition)) {
         ReportReadError(psContext);
         return 0;
     }
@@ -143,7 +144,14 @@ int SDRValidateStartEndTag(sTextFileContext* psContext)
     }
     sSectionState sState = {false, false, false, false, 0, 0, 0, 0};
     char achLine[SDR_LINE_BUFFER_SIZE];
-    while (SDRReadTextLine(psContext, achLine)) {
+    for (;;) {
+        // Inside a section only the lines that may be tags count: those with a parenthesis.
+        if (SectionOpen(sState) || DisabledOpen(sState)) {
+            SkipTextLinesWithout(psContext, "()", SDR_LINE_MAX_READ);
+        }
+        if (!SDRReadTextLine(psContext, achLine)) {
+            break;
+        }
         TrimComment(achLine);
         TrimSideSpace(achLine);
         if (achLine[0] != '\0' && !CheckLine(psContext, achLine, &sState)) {

@@ -46,11 +46,13 @@ void TrimSideSpace(char* pchLine)
     while (IsPosixSpace(pchLine[uStart])) {
         uStart++;
     }
-    size_t uEnd = uStart;
-    for (size_t i = uStart; pchLine[i] != '\0'; i++) {
-        if (!IsPosixSpace(pchLine[i])) {
-            uEnd = i + 1;
-        }
+    if (pchLine[uStart] == '\0') {
+        pchLine[0] = '\0';  // white space alone
+        return;
+    }
+    size_t uEnd = uStart + strlen(pchLine + uStart);
+    while (uEnd > uStart && IsPosixSpace(pchLine[uEnd - 1])) {
+        uEnd--;
     }
     if (uStart > 0) {
         memmove(pchLine, pchLine + uStart, uEnd - uStart);
@@ -65,6 +67,9 @@ int ParseNonQuotedData(char* pchLine, char* pchToken, size_t uTokenSize, int bKe
         return 0;
     }
     pchToken[0] = '\0';
+    if (pchLine[0] == '\0') {
+        return 1;  // an empty line gives an empty token and stays empty
+    }
     if (!bKeepComment) {
         TrimComment(pchLine);
     }

@@ -2,59 +2,57 @@
 
 #include <cstring>
 
+#include "TextReadAhead.h"
+
 namespace {
 
-const int kiLineFeed = 0x0A;
+const unsigned char ku8LineFeed = 0x0A;
 
 // Bytes up to and including the first line feed, at most uMaxBytes of them.
-size_t ReadByteLine(FILE* pFile, char* pchLine, size_t uMaxBytes)
+size_t TakeByteLine(sTextFileContext* psContext, char* pchLine, size_t uMaxBytes)
 {
-    size_t uCount = 0;
-    while (uCount < uMaxBytes) {
-        const int iByte = getc_unlocked(pFile);
-        if (iByte == EOF) {
-            break;
-        }
-        pchLine[uCount++] = static_cast<char>(iByte);
-        if (iByte == kiLineFeed) {
-            break;
-        }
-    }
+    const size_t uAhead = TextReadAhead(psContext, uMaxBytes);
+    sTextReadAhead& sAhead = psContext->sAhead;
+    const char* pchFrom = sAhead.achData + sAhead.uNext;
+    const size_t uLimit = (uAhead < uMaxBytes) ? uAhead : uMaxBytes;
+    const char* pchFeed = static_cast<const char*>(memchr(pchFrom, ku8LineFeed, uLimit));
+    const size_t uCount = (pchFeed != nullptr) ? static_cast<size_t>(pchFeed - pchFrom) + 1 : uLimit;
+    memcpy(pchLine, pchFrom, uCount);
     pchLine[uCount] = '\0';
+    sAhead.uNext += uCount;
     return uCount;
 }
 
 // Whole little-endian characters while the first byte of the next one lies within the
-// limit; the line feed's 00 is consumed but not counted. Characters below U+0100 go
+// limit; the line feed's 00 is taken but its 0A alone kept. Characters below U+0100 go
 // to pchLine as their one byte until the first one above U+00FF, which ends the text
 // (the same result as a conversion from UTF-16LE to ISO-8859-1 that stops at the first
 // character it can't convert). Returns the bytes taken from the file.
-size_t ReadUTF16Line(FILE* pFile, char* pchLine, size_t uMaxBytes)
+size_t TakeUTF16Line(sTextFileContext* psContext, char* pchLine, size_t uMaxBytes)
 {
-    size_t uCount = 0;
+    // The last character may begin on the last byte of the limit.
+    const size_t uAhead = TextReadAhead(psContext, uMaxBytes + 1);
+    sTextReadAhead& sAhead = psContext->sAhead;
+    const unsigned char* pu8From = reinterpret_cast<const unsigned char*>(sAhead.achData + sAhead.uNext);
+    size_t uTaken = 0;
     size_t uText = 0;
     bool bCut = false;
-    while (uCount < uMaxBytes) {
-        const int iLow = getc_unlocked(pFile);
-        if (iLow == EOF) {
-            break;
-        }
-        uCount++;
-        const int iHigh = getc_unlocked(pFile);
-        const bool bLineFeed = (iLow == kiLineFeed && iHigh == 0);
-        if (iHigh != EOF && !bLineFeed) {
-            uCount++;
-        }
-        bCut = bCut || (iHigh != EOF && iHigh != 0);
+    while (uTaken < uMaxBytes && uTaken < uAhead) {
+        const unsigned char u8Low = pu8From[uTaken];
+        // A lone last byte of the file is a character with a high byte of 0.
+        const unsigned char u8High = (uTaken + 1 < uAhead) ? pu8From[uTaken + 1] : 0;
+        uTaken += (uTaken + 1 < uAhead) ? 2 : 1;
+        bCut = bCut || u8High != 0;
         if (!bCut) {
-            pchLine[uText++] = static_cast<char>(iLow);
+            pchLine[uText++] = static_cast<char>(u8Low);
         }
-        if (iHigh == EOF || bLineFeed) {
+        if (u8Low == ku8LineFeed && u8High == 0) {
             break;
         }
     }
     pchLine[uText] = '\0';
-    return uCount;
+    sAhead.uNext += uTaken;
+    return uTaken;
 }
 
 }  // namespace
@@ -71,6 +69,7 @@ int InitTextFileContext(sTextFileContext* psContext, const char* pchPath, FILE* 
     psContext->pFile = pFile;
     psContext->u16LineNumber = 0;
     psContext->eEncoding = eEncoding;
+    TextDropReadAhead(psContext, -1);
     return 1;
 }
 
@@ -83,9 +82,8 @@ int ReadTextLine(sTextFileContext* psContext, char* pchLine, size_t uLineSize, s
     }
     // A UTF-16 piece may take one byte more than the limit (a whole last character),
     // and gives at most half as many characters, so both fit the line buffer.
-    const size_t uTaken = (psContext->eEncoding == eEncodingUTF16)
-                              ? ReadUTF16Line(psContext->pFile, pchLine, uMaxBytes)
-                              : ReadByteLine(psContext->pFile, pchLine, uMaxBytes);
+    const size_t uTaken = (psContext->eEncoding == eEncodingUTF16) ? TakeUTF16Line(psContext, pchLine, uMaxBytes)
+                                                                   : TakeByteLine(psContext, pchLine, uMaxBytes);
     if (uTaken == 0) {
         return 0;
     }

@@ -71,12 +71,22 @@ struct FaultCase {
 
 class TextFaultTest : public TextReaderTest, public testing::WithParamInterface<FaultCase> {};
 
+std::string WithCRLF(std::string sText)
+{
+    for (size_t i = 0; (i = sText.find('\n', i)) != std::string::npos; i += 2) sText.insert(i, "\r");
+    return sText;
+}
+
 TEST_P(TextFaultTest, IsReportedWithItsLine)
 {
     const FaultCase& c = GetParam();
-    ReadResult s = c.bUTF8 ? ReadBytes("\xEF\xBB\xBF" + c.sText) : Read(c.sText);
-    EXPECT_EQ(0, s.iResult);
-    EXPECT_EQ(c.sErr, s.sErr);
+    // With CR LF line ends no line has the writer's layout, which the reader takes at once
+    // where it can: the long way round gives the same report.
+    for (const std::string& sText : {c.sText, WithCRLF(c.sText)}) {
+        ReadResult s = c.bUTF8 ? ReadBytes("\xEF\xBB\xBF" + sText) : Read(sText);
+        EXPECT_EQ(0, s.iResult);
+        EXPECT_EQ(c.sErr, s.sErr) << (sText == c.sText ? "LF" : "CR LF");
+    }
 }
 
 std::string FullSensorWithCode(const std::string& sCode, const std::string& sString)
@@ -86,6 +96,7 @@ std::string FullSensorWithCode(const std::string& sCode, const std::string& sStr
 }
 
 const std::string kLong(260, 'x');
+const std::string kTwentyZeros = [] { std::string s; for (int i = 0; i < 20; i++) s += "00\n"; return s; }();
 
 INSTANTIATE_TEST_SUITE_P(Faults, TextFaultTest, testing::Values(
     FaultCase{"LackSection", "_DISABLED_SDR (\n" + kOem + ")\n\n", kFormat + "Lack '_SDR (' tag (line 6) \n"},
@@ -133,6 +144,10 @@ INSTANTIATE_TEST_SUITE_P(Faults, TextFaultTest, testing::Values(
               kValidator + "SDR version (52h) != 51h in record type C0h. (line 5) \n"},
     FaultCase{"WrongTypeInHeader", "_SDR (\n_SDR_TYPE C0\n_REC_LEN 08\n01 00 51 C1 03\n)\n",
               kValidator + "Record type (C1h) is not the same as that from '_SDR_TYPE C0'. (line 4) \n"},
+    FaultCase{"WrongTypeInARunOfBytes", "_SDR (\n_SDR_TYPE C0\n_REC_LEN 08\n01\n00\n51\nC1\n03\n57\n01\n00\n)\n",
+              kValidator + "Record type (C1h) is not the same as that from '_SDR_TYPE C0'. (line 7) \n"},
+    FaultCase{"BadByteBehindARunOfBytes", "_SDR (\n_SDR_TYPE C0\n_REC_LEN 40\n01\n00\n51\nC0\n3B\n" + kTwentyZeros + "zz\n)\n",
+              kFormat + "'zz' is not a Hex byte data in record type C0h. (line 29) \n"},
     FaultCase{"WrongLengthInHeader", "_SDR (\n_SDR_TYPE C0\n_REC_LEN 08\n01 00 51 C0 // c\n 08\n)\n",
               kValidator + "Record length (08h) is inconsistent with that from '_REC_LEN 08'. (line 5) \n"},
     FaultCase{"OverlongLineArrivesInPieces", "_SDR (\n_SDR_TYPE C0 //" + kLong + "\n_REC_LEN 08\n)\n",
@@ -156,13 +171,7 @@ struct EncodingCase { eFileEncoding eEncoding; bool bCRLF; };
 
 class EncodingTest : public TextReaderTest, public testing::WithParamInterface<EncodingCase> {
 protected:
-    std::string Text(std::string sText) const
-    {
-        if (GetParam().bCRLF) {
-            for (size_t i = 0; (i = sText.find('\n', i)) != std::string::npos; i += 2) sText.insert(i, "\r");
-        }
-        return sText;
-    }
+    std::string Text(const std::string& sText) const { return GetParam().bCRLF ? WithCRLF(sText) : sText; }
 };
 
 const char* const kapchEncodings[] = {"ASCII", "UTF8", "UTF16"};
@@ -196,6 +205,34 @@ INSTANTIATE_TEST_SUITE_P(Encodings, EncodingTest, testing::Values(
     [](const testing::TestParamInfo<EncodingCase>& i) {
         return std::string(kapchEncodings[i.param.eEncoding]) + (i.param.bCRLF ? "_CRLF" : "_LF");
     });
+
+// Records in the writer's layout over several blocks of the reader's read-ahead.
+class LargeFileTest : public TextReaderTest, public testing::WithParamInterface<eFileEncoding> {};
+
+TEST_P(LargeFileTest, ReadsTheWritersLayoutWhole)
+{
+    const uint16_t u16Count = 1200;
+    std::string sText = LargestSDRText(u16Count);
+    ReadResult s = Read(sText, GetParam());
+    ASSERT_EQ(1, s.iResult) << s.sErr;
+    std::vector<TRecord> vExpected;
+    char achName[24];
+    for (uint16_t i = 0; i < u16Count; i++) {
+        snprintf(achName, sizeof(achName), "Sensor %09u", i);
+        vExpected.push_back(FullSensorRecord(static_cast<uint16_t>(i + 1), static_cast<uint8_t>(i), achName));
+    }
+    EXPECT_EQ(vExpected, Records(s.u16Count));
+
+    // A wrong version byte in the last record, reported with its own line.
+    const size_t uAt = sText.find("\n51\n", sText.rfind("_REC_LEN")) + 1;
+    sText.replace(uAt, 2, "52");
+    const long lLine = std::count(sText.begin(), sText.begin() + static_cast<long>(uAt), '\n') + 1;
+    s = Read(sText, GetParam());
+    EXPECT_EQ(kValidator + "SDR version (52h) != 51h in record type 01h. (line " + std::to_string(lLine) + ") \n", s.sErr);
+}
+
+INSTANTIATE_TEST_SUITE_P(Encodings, LargeFileTest, testing::Values(eEncodingASCII, eEncodingUTF8, eEncodingUTF16),
+    [](const testing::TestParamInfo<eFileEncoding>& i) { return std::string(kapchEncodings[i.param]); });
 
 TEST_F(TextReaderTest, SpecialFormsOfRecords)
 {
