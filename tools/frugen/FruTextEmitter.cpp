@@ -124,7 +124,9 @@ void Field(sEmitter& s, const uint8_t* pu8, int iArea, size_t uIndex, uint8_t u8
     Line(s, Hex(pu8, 1), sName);
     if (u8N == 0) return;
     if ((u8Type == 1 || u8Type == 2) && Unpacked(u8Type, pu8 + 1, u8N, &sText)) return Line(s, "'" + sText + "'");
-    if (u8Type == 3 && bEightBit && PlainText(pu8 + 1, u8N)) return Line(s, "'" + std::string(pu8 + 1, pu8 + 1 + u8N) + "'");
+    if (u8Type == 3 && bEightBit && PlainText(pu8 + 1, u8N)) {
+        return Line(s, "'" + std::string(pu8 + 1, pu8 + 1 + u8N) + "'");
+    }
     if (u8Type == 3 && !bEightBit && UnicodeLine(s, pu8 + 1, u8N)) return;
     s.sOut.resize(uMark);
     Line(s, Hex(pu8, 1u + u8N), sName);
@@ -151,7 +153,9 @@ bool InfoArea(sEmitter& s, const TFruBytes& v, size_t uAt, int iArea, std::strin
 bool MultiRecords(sEmitter& s, const TFruBytes& v, size_t uAt, std::string* psError)
 {
     for (bool bLast = false; !bLast;) {
-        if (uAt + 5 > v.size() || uAt + 5 + v[uAt + 2] > v.size()) return Fail(psError, "a record passes the end of the image");
+        if (uAt + 5 > v.size() || uAt + 5 + v[uAt + 2] > v.size()) {
+            return Fail(psError, "a record passes the end of the image");
+        }
         const uint8_t u8N = v[uAt + 2];
         char achComment[64];
         std::snprintf(achComment, sizeof(achComment), "record type %02Xh: type, flags, length, checksums", v[uAt]);
@@ -188,7 +192,9 @@ bool FruTextFile(const TFruBytes& v, const std::string& sEncoding, bool bAnnotat
     size_t uAt = 8;
     for (int iArea = 0; iArea < 5; iArea++) {
         if (v[1 + iArea] == 0) continue;
-        if (v[1 + iArea] * 8u != uAt) return Fail(psError, std::string(kTags[iArea]) + " isn't where the last area ends");
+        if (v[1 + iArea] * 8u != uAt) {
+            return Fail(psError, std::string(kTags[iArea]) + " isn't where the last area ends");
+        }
         Line(s, kTags[iArea]);
         size_t uNext = v.size();
         for (int j = iArea + 1; j < 5 && uNext == v.size(); j++) uNext = v[1 + j] ? v[1 + j] * 8u : uNext;
