@@ -55,7 +55,7 @@ eRawLine ReadRawLine(sTextFileContext* psContext, uint8_t* pu8Line, size_t* puLe
     }
 }
 
-// The one character of a line at pu8At, in the file's encoding.
+// Whether the character at uAt of a line, in the file's encoding, is chWanted.
 bool IsCharAt(const uint8_t* pu8Line, size_t uLength, size_t uAt, size_t uUnit, char chWanted)
 {
     return uAt + uUnit <= uLength && pu8Line[uAt] == static_cast<uint8_t>(chWanted) &&
