@@ -69,8 +69,10 @@ bool ReadFRUBlock(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Count, uint16_t
     return true;
 }
 
-// One Write FRU Data exchange of u8Size bytes from pu8Data.
-eState WriteFRUBlock(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, const uint8_t* pu8Data)
+// One Write FRU Data exchange of u8Size bytes from pu8Data. *pu8Written (when given)
+// receives the count the device reports, or u8Size when its answer carries none.
+eState WriteFRUBlock(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, const uint8_t* pu8Data,
+                     uint8_t* pu8Written = nullptr)
 {
     IPMIMessage sMessage;
     PrepareFRUMessage(&sMessage, u8FruID, u16Offset, static_cast<uint8_t>(FRU_WRITE_HEAD_SIZE + u8Size));
@@ -84,6 +86,9 @@ eState WriteFRUBlock(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, const 
     }
     const uint8_t u8Written = sMessage.au8ResponseData[0];
     DebugMessage("   CMD_WRITE_FRU_DATA --- count = %d \n", u8Written);
+    if (pu8Written != nullptr) {
+        *pu8Written = (sMessage.u16ResponseLength >= FRU_COUNT_SIZE) ? u8Written : u8Size;
+    }
     // A short count is no failure and the block is not sent again, but the user learns
     // that the device holds less than was sent.
     if (sMessage.u16ResponseLength >= FRU_COUNT_SIZE && u8Written < u8Size) {
@@ -162,11 +167,11 @@ eState WriteFRUDataCommand(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, 
 }
 
 eState WriteFRUDataCommandFromLocalBuffer(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, const uint8_t* pu8Buffer,
-                                          uint8_t u8Position)
+                                          uint8_t u8Position, uint8_t* pu8Written)
 {
     if (pu8Buffer == nullptr || u8Size > FRU_WRITE_DATA_LIMIT) {
         RepositoryReportInternalError();
         return eStateFailed;
     }
-    return WriteFRUBlock(u8FruID, u16Offset, u8Size, pu8Buffer + u8Position);
+    return WriteFRUBlock(u8FruID, u16Offset, u8Size, pu8Buffer + u8Position, pu8Written);
 }

@@ -29,8 +29,10 @@ eState ReadFRUDataCommandToLocalBuffer(uint8_t u8FruID, uint16_t u16Offset, uint
 eState WriteFRUDataCommand(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, const uint8_t* pu8Buffer);
 
 // Writes u8Size bytes of pu8Buffer, taken at u8Position, to the device at u16Offset.
-// eStateFRUWriteOK or eStateFailed.
+// eStateFRUWriteOK or eStateFailed. A short count the device reports is no failure (it
+// is warned of); a caller that must know how much landed passes pu8Written, which
+// receives that count after a successful exchange.
 eState WriteFRUDataCommandFromLocalBuffer(uint8_t u8FruID, uint16_t u16Offset, uint8_t u8Size, const uint8_t* pu8Buffer,
-                                          uint8_t u8Position);
+                                          uint8_t u8Position, uint8_t* pu8Written = nullptr);
 
 #endif

@@ -49,7 +49,7 @@ RunResult SimSession::Sim(const std::vector<std::string>& vArgs) const
 
 RunResult SimSession::Tavrin(Route eRoute, const std::vector<std::string>& vArgs, const std::string& sStdin) const
 {
-    std::vector<std::string> vArgv = {BuildDir() + "/tavrin"};
+    std::vector<std::string> vArgv = {m_sProgram};
     vArgv.insert(vArgv.end(), vArgs.begin(), vArgs.end());
     if (eRoute == Route::KcsIO) {
         vArgv.insert(vArgv.end(), {"-msgintf", "kcsio"});

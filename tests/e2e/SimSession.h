@@ -34,11 +34,14 @@ public:
     const std::string& Dir() const { return m_sDir.Path(); }
     // A directory searched before the simulator's programs, for a stand-in in front of them.
     void PutFirstOnPath(const std::string& sDir) { m_sPathFirst = sDir + ":"; }
+    // Tavrin() runs this build of tavrin from now on (tavrin-fixedclock, say).
+    void UseProgram(const std::string& sPath) { m_sProgram = sPath; }
 
 private:
     TempDir m_sDir;
     std::string m_sState;
     std::string m_sPathFirst;
+    std::string m_sProgram = BuildDir() + "/tavrin";
 };
 
 #endif

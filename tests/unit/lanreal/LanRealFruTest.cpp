@@ -29,11 +29,11 @@ RunResult Ipmitool(std::vector<std::string> vCommand)
     return Run({"ipmitool", "-I", "lanplus"}, vCommand);
 }
 
-RunResult Tavrin(const TempDir& sDir, std::vector<std::string> vOperation)
+RunResult Tavrin(const TempDir& sDir, std::vector<std::string> vOperation, const std::string& sProgram = "/tavrin")
 {
     vOperation.insert(vOperation.end(), {"-n", "lanplus"});
     vOperation.insert(vOperation.end(), kLogin.begin(), kLogin.end());
-    return Run({BuildDir() + "/tavrin"}, vOperation, sDir.Path());
+    return Run({BuildDir() + sProgram}, vOperation, sDir.Path());
 }
 
 // The value that "ipmitool fru print" shows for the label, without the blanks around it.
@@ -81,6 +81,34 @@ TEST(LanRealFru, DownloadIsWhatIpmitoolPrintsAndVerifyNoticesAChange)
     RunResult sTest = Tavrin(sDir, {"-t", "by-ipmitool.fru", "fruID=0"});
     EXPECT_EQ(0, sTest.iStatus) << sTest.sErr;
     EXPECT_NE(std::string::npos, sTest.sOut.find("No error found in FRU file by-ipmitool.fru! \n"));
+}
+
+// Serial numbers in 6-bit and, over a BCD Plus one, in 8-bit, and the date/time of a
+// clock fixed at 2024-02-29 12:34:56: ipmitool prints them, and every area checksum holds.
+TEST(LanRealFru, UpdatedFieldsAreWhatIpmitoolPrints)
+{
+    TAVRIN_REQUIRE_IPMI_SIM();
+    TempDir sDir;
+    const std::vector<uint8_t> vImage = ReadFileBytes(SourceDir() + "/examples/sample-server.fru");
+    IpmiSimServer sSim;
+    ASSERT_TRUE(sSim.Start({}, {{0, static_cast<uint16_t>(vImage.size()), vImage}})) << sSim.Failure();
+    for (const std::vector<std::string>& vArgs : std::vector<std::vector<std::string>>{
+             {"/tavrin", "fieldName=snBoard", "offset=0x63", "strType=2", "strLength=8", "strValue=BS24B99999"},
+             {"/tavrin", "fieldName=snProduct", "offset=0xBB", "strType=3", "strLength=5", "strValue=SN-42"},
+             {"/tests/tavrin-fixedclock", "fieldName=datetime", "offset=0x3B"}}) {
+        std::vector<std::string> vOperation = {"-updateFRU", "fruID=0"};
+        vOperation.insert(vOperation.end(), vArgs.begin() + 1, vArgs.end());
+        RunResult sUpdate = Tavrin(sDir, vOperation, vArgs[0]);
+        EXPECT_EQ(0, sUpdate.iStatus) << vArgs[1] << sUpdate.sErr;
+    }
+    RunResult sPrint = Ipmitool({"fru", "print", "0"});
+    EXPECT_EQ("BS24B99999", Printed(sPrint.sOut, "Board Serial"));
+    EXPECT_EQ("SN-42", Printed(sPrint.sOut, "Product Serial"));
+    EXPECT_EQ("Thu Feb 29 12:34:00 2024 UTC", Printed(sPrint.sOut, "Board Mfg Date"));
+    EXPECT_EQ(std::string::npos, (sPrint.sOut + sPrint.sErr).find("hecksum")) << sPrint.sOut << sPrint.sErr;
+    // ipmitool's print doesn't check area checksums; tavrin -t of what ipmitool reads out does.
+    ASSERT_EQ(0, Ipmitool({"fru", "read", "0", sDir.File("updated.fru")}).iStatus);
+    EXPECT_EQ(0, Tavrin(sDir, {"-t", "updated.fru", "fruID=0"}).iStatus);
 }
 
 }  // namespace
