@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Regenerates the example files: the SDR files (binary format versions 0-2, and the text
-# format in each encoding) from the SDR generator's built-in records, and the raw FRU
-# images from the descriptions in tools/frugen/samples.
+# format in each encoding) from the SDR generator's built-in records, and the FRU images
+# from the descriptions in tools/frugen/samples, raw and as FRU text in each encoding.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 cmake -S . -B build >/dev/null
@@ -16,5 +16,8 @@ echo "examples/sample-v{0,1,2}.sdr and examples/sample-{ascii,utf8,utf16}.sdr wr
 for description in tools/frugen/samples/*.frudesc; do
   name=$(basename "$description" .frudesc)
   build/tools/tavrin-frugen "$description" "examples/sample-$name.fru"
-  echo "examples/sample-$name.fru written"
+  for e in ascii utf8 utf16; do
+    build/tools/tavrin-frugen --text="$e" "$description" "examples/sample-$name-$e.fru"
+  done
+  echo "examples/sample-$name.fru and examples/sample-$name-{ascii,utf8,utf16}.fru written"
 done

@@ -5,9 +5,11 @@
 
 #include "FRUAreaTable.h"
 #include "FRUImage.h"
+#include "FRUTextReader.h"
 #include "FRUValidate.h"
 #include "text/FileEncoding.h"
 #include "text/LineTokens.h"
+#include "text/TextLineScan.h"
 
 namespace {
 
@@ -67,30 +69,24 @@ int FRUReadBinaryFile(FILE* pFile, size_t uFileSize)
     return FRUValidateRawData(G_pu8LocalFRUDataBuffer, G_u16RawDataSizeFromFRUFile, 0);
 }
 
-// FRU text files are read by a later version; this one refuses them whole.
-int FRUReadTextFile(const sTextFileContext* psContext)
+// Everything of ReadFRUFile behind the opening of the file: the size pass, the image
+// buffer of the file's size, and the file read as text if a line holds the start tag.
+int FRUReadOpenFile(const char* pchPath, FILE* pFile, eFileEncoding eEncoding)
 {
-    std::fprintf(stderr, "<ERROR> %s is a FRU text file, and FRU text files cannot be read yet. \n",
-                 psContext->achFileName);
-    return 0;
-}
-
-// Everything of ReadFRUFile behind the opening of the file.
-int FRUReadOpenFile(sTextFileContext* psContext)
-{
-    const size_t uFileSize = FRUFileSize(psContext->pFile);
-    if (std::fseek(psContext->pFile, MarkSize(psContext->eEncoding), SEEK_SET) != 0) {
+    const size_t uFileSize = FRUFileSize(pFile);
+    if (std::fseek(pFile, MarkSize(eEncoding), SEEK_SET) != 0) {
         std::fputs("<ERROR> Set current file-position indicator failed. \n", stderr);
         return 0;
     }
-    if (!AllocateLocalImage(uFileSize)) {
+    sFRUTextReader sReader;
+    if (!AllocateLocalImage(uFileSize) || !FRUInitTextReader(&sReader, pchPath, pFile, eEncoding, uFileSize)) {
         return 0;
     }
     uint32_t u32OutsideFlag = 0;
-    if (FRUReadBlockStartTag(psContext, &u32OutsideFlag) == 0) {
-        return FRUReadBinaryFile(psContext->pFile, uFileSize);
+    if (FRUReadBlockStartTag(&sReader.sContext, &u32OutsideFlag) == 0) {
+        return FRUReadBinaryFile(pFile, uFileSize);
     }
-    return FRUReadTextFile(psContext);
+    return FRUReadTextFile(&sReader, u32OutsideFlag);
 }
 
 }  // namespace
@@ -111,8 +107,7 @@ int ReadFRUFile(const char* pchPath)
         std::fprintf(stderr, "<ERROR> Failure to open FRU file %s.\n", pchPath);
         return 0;
     }
-    sTextFileContext sContext;
-    int iResult = InitTextFileContext(&sContext, pchPath, pFile, eEncoding) ? FRUReadOpenFile(&sContext) : 0;
+    const int iResult = FRUReadOpenFile(pchPath, pFile, eEncoding);
     std::fclose(pFile);
     return iResult;
 }
@@ -135,7 +130,14 @@ int FRUReadBlockStartTag(sTextFileContext* psContext, uint32_t* pu32OutsideFlag)
     }
     char achLine[FRU_LINE_BUFFER_SIZE];
     int iFound = 0;
-    while (!iFound && ReadTextLine(psContext, achLine, sizeof(achLine), FRU_LINE_READ_LIMIT)) {
+    while (!iFound) {
+        // Once the flag is set, only the tag matters, and a line without "(" can't hold it.
+        if (*pu32OutsideFlag != 0) {
+            SkipTextLinesWithout(psContext, "(", FRU_LINE_READ_LIMIT);
+        }
+        if (!ReadTextLine(psContext, achLine, sizeof(achLine), FRU_LINE_READ_LIMIT)) {
+            break;
+        }
         TrimComment(achLine);
         TrimSideSpace(achLine);
         if (std::strstr(achLine, FRU_START_TAG) != nullptr) {

@@ -1,6 +1,6 @@
-// Reading a local FRU file into G_pu8LocalFRUDataBuffer: a binary file (the raw image)
-// is read whole and validated. A FRU text file is recognised by its start tag, and
-// refused by this build.
+// Reading a local FRU file into G_pu8LocalFRUDataBuffer: a FRU text file, recognised by
+// its start tag (FRUTextReader.h), or else a binary file (the raw image), read whole and
+// validated.
 #ifndef TAVRIN_FRU_FRUFILE_H
 #define TAVRIN_FRU_FRUFILE_H
 
@@ -28,7 +28,8 @@ int FRUReadRawData(FILE* pFile, size_t uBufferSize);
 
 // Reads lines until one holds the start tag (behind its comment is ignored): 1 then,
 // with *pu32OutsideFlag set if that line holds more than the tag. 0 when the file ends
-// first; *pu32OutsideFlag is then set if any other text was met.
+// first; *pu32OutsideFlag is then set if any other text was met. A flag set on entry
+// makes the scan look for the tag alone, which is quicker.
 int FRUReadBlockStartTag(sTextFileContext* psContext, uint32_t* pu32OutsideFlag);
 
 #endif

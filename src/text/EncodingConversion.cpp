@@ -18,3 +18,20 @@ size_t ConvertEncodingType(iconv_t cd, const char* pInput, size_t uInputSize, ch
     iconv(cd, &pchIn, &uInLeft, &pchOut, &uOutLeft);
     return uOutputSize - uOutLeft;
 }
+
+size_t NarrowUTF16LE(const unsigned char* pu8Input, size_t uInputSize, char* pchOutput, size_t uOutputSize)
+{
+    if (pu8Input == nullptr || pchOutput == nullptr || uOutputSize == 0) {
+        return 0;
+    }
+    size_t uCount = 0;
+    for (size_t i = 0; i < uInputSize && uCount + 1 < uOutputSize; i += 2) {
+        const unsigned char u8High = (i + 1 < uInputSize) ? pu8Input[i + 1] : 0;
+        if (u8High != 0 || pu8Input[i] == 0) {
+            break;
+        }
+        pchOutput[uCount++] = static_cast<char>(pu8Input[i]);
+    }
+    pchOutput[uCount] = '\0';
+    return uCount;
+}

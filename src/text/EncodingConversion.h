@@ -28,4 +28,11 @@ constexpr size_t CONVERT_BUFFER_SIZE = 258;
 size_t ConvertEncodingType(iconv_t cd, const char* pInput, size_t uInputSize, char* pOutput,
                            size_t uOutputSize);
 
+// Little-endian UTF-16 to one-byte text, as a conversion from UTF-16LE to ISO-8859-1
+// does it but with no call per line: each character below U+0100 becomes its byte, and
+// the first character above U+00FF, or U+0000, ends the text. A lone last byte stands
+// for a character whose high byte is 0. At most uOutputSize - 1 characters are written,
+// always zero-terminated. Returns the number of characters written.
+size_t NarrowUTF16LE(const unsigned char* pu8Input, size_t uInputSize, char* pchOutput, size_t uOutputSize);
+
 #endif

@@ -1,4 +1,4 @@
-// -t of raw FRU files, which needs no BMC: exact output for valid and broken files, and
+// -t of raw FRU files and FRU text files, which needs no BMC: exact output for valid and broken files, and
 // the example images as FreeIPMI's ipmi-fru reads them.
 #include <gtest/gtest.h>
 
@@ -68,8 +68,9 @@ INSTANTIATE_TEST_SUITE_P(
                  "<ERROR> Incorrect FRU binary file. \nThe FRU data length > 65535. \n"},
         FileCase{"TooShortForAnEncoding", {1, 0}, 1, "",
                  "<ERROR> Error reading file, x.fru.\n<ERROR> Failure to get encoding info from file x.fru.\n"},
-        FileCase{"TextFile", Text("// board\n_FRU (\n_SEE_COMMON 01 00 00 00 00 00 00 FF\n)\n"), 1, "",
-                 "<ERROR> x.fru is a FRU text file, and FRU text files cannot be read yet. \n"},
+        FileCase{"TextFile", Example("sample-card-utf16.fru"), 0, "No error found in FRU file x.fru! \n \n", ""},
+        FileCase{"TextFileWithoutItsEnd", Text("// board\n_FRU (\n_SEE_COMMON 01 00 00 00 00 00 00 FF\n"), 1, "",
+                 "<ERROR> Incorrect FRU file.\nLack ')' tag in FRU file. \n"},
         FileCase{"StartTagWithoutBlankIsBinary", Text("_FRU(\n)\n"), 1, kBinary,
                  "<ERROR> Incorrect FRU binary file. \nThe version field (0x5F) in COMMON Area != 0x01. \n"}),
     [](const ::testing::TestParamInfo<FileCase>& i) { return std::string(i.param.pchName); });

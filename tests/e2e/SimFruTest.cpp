@@ -1,7 +1,8 @@
-// -d and -v of raw FRU images against the simulated BMC: round trips on all three
-// routes, and every outcome of a failure.
+// -d and -v of raw FRU images and FRU text files against the simulated BMC: round trips
+// on all three routes, and every outcome of a failure.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <tuple>
 
@@ -36,26 +37,33 @@ class FruRoundTripTest : public ::testing::TestWithParam<std::tuple<Route, const
 TEST_P(FruRoundTripTest, DownloadsThenVerifies)
 {
     const Route eRoute = std::get<0>(GetParam());
-    const std::string sFile = std::string("sample-") + std::get<1>(GetParam()) + ".fru";
+    const std::string sName = std::get<1>(GetParam());
+    const std::string sFile = "sample-" + sName + ".fru";
+    // A text file's image is that of its raw twin, and it is read without a word.
+    const std::string sRawTwin = "sample-" + sName.substr(0, sName.find('-')) + ".fru";
+    const std::string sRecognized = (sFile == sRawTwin) ? kBinary : "";
     SimSession sBmc;
     ASSERT_EQ(0, sBmc.Sim({"fru-create", "3", std::to_string(kArea)}).iStatus);
     RunResult sDownload = sBmc.Tavrin(eRoute, {"-d", sFile, "fruID=3"});
     EXPECT_EQ(0, sDownload.iStatus);
-    EXPECT_EQ(kDownloaded, AfterBanner(sDownload.sOut));
+    EXPECT_EQ(sRecognized + kDownloaded.substr(kBinary.size()), AfterBanner(sDownload.sOut));
     EXPECT_EQ("", sDownload.sErr);
-    EXPECT_EQ(Written(ReadFileBytes(sBmc.File(sFile))), Device(sBmc, 3));
+    EXPECT_EQ(Written(ReadFileBytes(sBmc.File(sRawTwin))), Device(sBmc, 3));
 
     RunResult sVerify = sBmc.Tavrin(eRoute, {"-v", sFile, "fruID=0x03"});
     EXPECT_EQ(0, sVerify.iStatus);
-    EXPECT_EQ(kBinary + "Verify FRU file " + sFile + " with FRU inventory successful! \n\n", AfterBanner(sVerify.sOut));
+    EXPECT_EQ(sRecognized + "Verify FRU file " + sFile + " with FRU inventory successful! \n\n",
+              AfterBanner(sVerify.sOut));
     EXPECT_EQ("", sVerify.sErr);
 }
 
 INSTANTIATE_TEST_SUITE_P(RoutesAndExamples, FruRoundTripTest,
                          ::testing::Combine(::testing::Values(Route::Driver, Route::KcsIO, Route::Lan),
-                                            ::testing::Values("server", "card")),
+                                            ::testing::Values("server", "card", "server-utf16", "card-utf8")),
                          [](const auto& i) {
-                             return std::string(RouteName(std::get<0>(i.param))) + std::get<1>(i.param);
+                             std::string sName = std::string(RouteName(std::get<0>(i.param))) + std::get<1>(i.param);
+                             sName.erase(std::remove(sName.begin(), sName.end(), '-'), sName.end());
+                             return sName;
                          });
 
 // sample-server.fru (255 bytes) and a device set up so, then tavrin on the driver route.

@@ -34,8 +34,8 @@ const char* RouteName(Route eRoute)
 SimSession::SimSession() : m_sState(m_sDir.File("bmc.state"))
 {
     EXPECT_EQ(0, Sim({"init", "admin", "secret"}).iStatus);
-    for (const char* pchName :
-         {"sample-v0.sdr", "sample-v1.sdr", "sample-v2.sdr", "sample-server.fru", "sample-card.fru"}) {
+    for (const char* pchName : {"sample-v0.sdr", "sample-v1.sdr", "sample-v2.sdr", "sample-server.fru",
+                                "sample-card.fru", "sample-server-utf16.fru", "sample-card-utf8.fru"}) {
         WriteFileBytes(File(pchName), ReadFileBytes(SourceDir() + "/examples/" + pchName));
     }
 }
