@@ -3,6 +3,7 @@
 // tested in tests/unit/lanreal.
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -43,6 +44,8 @@ struct RefusalCase {
     std::vector<uint8_t> vDump;
     std::string sErr;
 };
+
+void PrintTo(const RefusalCase& c, std::ostream* os) { *os << c.pchName; }
 
 class DumpToSdrRefusal : public ::testing::TestWithParam<RefusalCase> {};
 
