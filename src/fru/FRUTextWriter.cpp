@@ -69,7 +69,8 @@ int SaveFRUFile(const char* pchPath, eFileEncoding eEncoding)
         std::fputs("<ERROR> Internal Error!\n", stderr);
         return 0;
     }
-    sFRUTextWriter sWriter = {nullptr, pchPath, {G_pu8InventoryFRUDataBuffer, 0, eEncoding, G_u16ReadSizeFromFRUInventory}};
+    sFRUTextWriter sWriter = {nullptr, pchPath,
+                              {G_pu8InventoryFRUDataBuffer, 0, eEncoding, G_u16ReadSizeFromFRUInventory}};
     if (!FRUValidateRawData(G_pu8InventoryFRUDataBuffer, G_u16ReadSizeFromFRUInventory, 1) ||
         !FRUWriteAreas(&sWriter)) {
         return 0;

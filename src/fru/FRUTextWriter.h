@@ -93,10 +93,11 @@ int FRUComposeTextString(const uint8_t* pu8Text, uint16_t u16Length, sFRUStringL
 // Writing through the walk; nothing reaches the file in the checking walk. Each returns
 // 1, or 0 after a failed write (the disk-full dialogue has closed the stream) or, with
 // "<ERROR> Internal Error!\n", for bytes outside the image.
-int FRUWriterFeed(sFRUTextWriter* psWriter, uint16_t u16Count);          // hex lines, one byte each
-int FRUWriterHexLine(sFRUTextWriter* psWriter, uint16_t u16Count);       // one line of hex bytes
-int FRUWriterText(sFRUTextWriter* psWriter, const char* pchText);        // one-byte text
-int FRUWriterString(sFRUTextWriter* psWriter, const sFRUStringLine* psLine, uint16_t u16Count);  // and skip its bytes
+int FRUWriterFeed(sFRUTextWriter* psWriter, uint16_t u16Count);     // hex lines, one byte each
+int FRUWriterHexLine(sFRUTextWriter* psWriter, uint16_t u16Count);  // one line of hex bytes
+int FRUWriterText(sFRUTextWriter* psWriter, const char* pchText);   // one-byte text
+// A composed string line, standing for the u16Count bytes at the cursor.
+int FRUWriterString(sFRUTextWriter* psWriter, const sFRUStringLine* psLine, uint16_t u16Count);
 
 // Ends a walk that refuses the image: closes the stream, if there is one. Always 0.
 int FRUWriterRefuse(sFRUTextWriter* psWriter);

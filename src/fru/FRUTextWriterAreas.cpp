@@ -12,6 +12,7 @@ enum : uint8_t {
     FRU_INFO_LENGTH_INDEX = 1,
     FRU_INFO_LANGUAGE_INDEX = 2,
     FRU_FIELD_LENGTH_MASK = 0x3F,
+    FRU_TYPE_SHIFT = 6,
     FRU_TYPE_UNICODE_OR_LATIN1 = 3,
     FRU_RECORD_HEADER_SIZE = 5,
     FRU_RECORD_FLAGS_INDEX = 1,
@@ -26,17 +27,19 @@ struct sInfoArea {
     const char* pchTag;
     uint16_t u16FixedLength;  // version, length, then chassis type; language, date/time; language
     bool bHasLanguage;
-    const char* pchUnicodeRefusal;   // nullptr: the area holds no Unicode
+    const char* pchUnicodeRefusal;  // nullptr: the area holds no Unicode
     const char* pchLengthFailure;
 };
 
 const sInfoArea ksChassis = {"_SEE_CHASSIS", 3, false, nullptr,
                              "<ERROR> FRU write - Chassis Info Area length insufficient\n"};
 const sInfoArea ksBoard = {"_SEE_BOARD", 6, true,
-                           "<ERROR> Board Info Area contains Unicode data\nThe file encoding format cannot be ASCII\n",
+                           "<ERROR> Board Info Area contains Unicode data\n"
+                           "The file encoding format cannot be ASCII\n",
                            "<ERROR> FRU write - Board Info Area length insufficient\n"};
 const sInfoArea ksProduct = {"_SEE_PRODUCT", 3, true,
-                             "<ERROR> Product Info Area contains Unicode data\nThe file encoding format cannot be ASCII\n",
+                             "<ERROR> Product Info Area contains Unicode data\n"
+                             "The file encoding format cannot be ASCII\n",
                              "<ERROR> FRU write - Product Info Area length insufficient\n"};
 
 const uint8_t* AtCursor(const sFRUTextWriter* psWriter)
@@ -74,10 +77,17 @@ int CheckZeroesBehindEndOfFields(sFRUTextWriter* psWriter, const sInfoArea* psAr
 
 // The walk shared by the three areas: the fixed part, the fields up to C1, and the tail
 // from C1 to the area checksum. No field is read before it is known to lie inside the
-// area, and the area inside the image, which FRUValidateRawData has made sure of.
+// area, nor the area before it is known to lie inside the image (FRUValidateRawData has
+// made sure of that; an image that it hasn't passed gets an internal error).
 int WriteInfoArea(sFRUTextWriter* psWriter, const sInfoArea* psArea)
 {
+    const sFeedCursor& sCursor = psWriter->sCursor;
     const uint8_t* pu8Area = AtCursor(psWriter);
+    if (sCursor.u16Offset + psArea->u16FixedLength > sCursor.u16DataSize ||
+        sCursor.u16Offset + pu8Area[FRU_INFO_LENGTH_INDEX] * FRU_AREA_UNIT > sCursor.u16DataSize) {
+        std::fputs("<ERROR> Internal Error!\n", stderr);
+        return 0;
+    }
     const uint8_t u8LanguageCode = psArea->bHasLanguage ? pu8Area[FRU_INFO_LANGUAGE_INDEX] : 0;
     int32_t i32Remaining = pu8Area[FRU_INFO_LENGTH_INDEX] * FRU_AREA_UNIT - psArea->u16FixedLength;
     if (!FRUWriterText(psWriter, psArea->pchTag) || !FRUWriterText(psWriter, "\n") ||
@@ -86,8 +96,8 @@ int WriteInfoArea(sFRUTextWriter* psWriter, const sInfoArea* psArea)
     }
     for (uint16_t u16Index = 0; i32Remaining >= 1 && *AtCursor(psWriter) != FRU_END_OF_FIELDS; u16Index++) {
         const uint8_t u8TypeLength = *AtCursor(psWriter);
-        if (psArea->bHasLanguage && (u8TypeLength >> 6) == FRU_TYPE_UNICODE_OR_LATIN1 &&
-            !IsEightBit(psArea->pchTag, u8LanguageCode, u16Index) && psWriter->sCursor.eEncoding == eEncodingASCII) {
+        if (psArea->bHasLanguage && (u8TypeLength >> FRU_TYPE_SHIFT) == FRU_TYPE_UNICODE_OR_LATIN1 &&
+            !IsEightBit(psArea->pchTag, u8LanguageCode, u16Index) && sCursor.eEncoding == eEncodingASCII) {
             std::fputs(psArea->pchUnicodeRefusal, stderr);
             return FRUWriterRefuse(psWriter);
         }
@@ -122,7 +132,8 @@ int WriteRecord(sFRUTextWriter* psWriter, bool* pbLast)
     const uint16_t u16Total = static_cast<uint16_t>(u8N + FRU_RECORD_HEADER_SIZE);
     sFRUStringLine sLine;
     // A record of no data has no sub-type; one of a sub-type alone has no text.
-    if (pu8Record[0] == FRU_RECORD_MANAGEMENT_ACCESS && u8N > 1 && sCursor.u16Offset + u16Total <= sCursor.u16DataSize &&
+    if (pu8Record[0] == FRU_RECORD_MANAGEMENT_ACCESS && u8N > 1 &&
+        sCursor.u16Offset + u16Total <= sCursor.u16DataSize &&
         pu8Record[FRU_RECORD_HEADER_SIZE] != FRU_SUBTYPE_SYSTEM_UNIQUE_ID &&
         FRUComposeTextString(pu8Record + FRU_RECORD_HEADER_SIZE + 1, u8N - 1u, &sLine)) {
         return FRUWriterFeed(psWriter, FRU_RECORD_HEADER_SIZE + 1) &&
@@ -199,7 +210,8 @@ int FeedQuotedStringInChassisBoardProductArea(sFRUTextWriter* psWriter, uint16_t
     const sFeedCursor& sCursor = psWriter->sCursor;
     const uint8_t* pu8Field = AtCursor(psWriter) - 1;
     sFRUStringLine sLine;
-    if (sCursor.u16Offset + u16Length > sCursor.u16DataSize || (pu8Field[0] & FRU_FIELD_LENGTH_MASK) != u16Length ||
+    if (sCursor.u16Offset + u16Length > sCursor.u16DataSize ||
+        (pu8Field[0] & FRU_FIELD_LENGTH_MASK) != u16Length ||
         !FRUComposeFieldString(pu8Field, IsEightBit(pchAreaTag, u8LanguageCode, u16FieldIndex),
                                sCursor.eEncoding, &sLine)) {
         return 0;
@@ -215,7 +227,8 @@ int FeedQuotedStringInMultiRecordArea(sFRUTextWriter* psWriter, uint16_t u16Leng
     }
     sFRUStringLine sLine;
     const sFeedCursor& sCursor = psWriter->sCursor;
-    if (sCursor.u16Offset + u16Length > sCursor.u16DataSize || !FRUComposeTextString(AtCursor(psWriter), u16Length, &sLine)) {
+    if (sCursor.u16Offset + u16Length > sCursor.u16DataSize ||
+        !FRUComposeTextString(AtCursor(psWriter), u16Length, &sLine)) {
         return 0;
     }
     return FRUWriterString(psWriter, &sLine, u16Length);

@@ -95,7 +95,8 @@ int ComposeUnicodeLine(const uint8_t* pu8Bytes, uint8_t u8N, eFileEncoding eEnco
         return 1;
     }
     uint8_t u8Length = 0;
-    if (eEncoding != eEncodingUTF8 || !UTF16ToUTF8(pu8Bytes, u8N, pchLine + 1, sizeof(psLine->achText) - 3, &u8Length)) {
+    if (eEncoding != eEncodingUTF8 ||
+        !UTF16ToUTF8(pu8Bytes, u8N, pchLine + 1, sizeof(psLine->achText) - 3, &u8Length)) {
         return 0;
     }
     pchLine[0] = kchQuote;

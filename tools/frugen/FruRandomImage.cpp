@@ -40,7 +40,8 @@ TFruBytes PackedField(TRandom& r)
     TFruBytes v((3 * vChars.size() + 3) / 4, 0);
     for (size_t i = 0; i < vChars.size(); i++) {  // the codes from the low bits up, 6 bits each
         for (size_t uBit = 0; uBit < 6; uBit++) {
-            if ((vChars[i] - 0x20) & (1u << uBit)) v[(6 * i + uBit) / 8] |= static_cast<uint8_t>(1u << ((6 * i + uBit) % 8));
+            const size_t uAt = 6 * i + uBit;
+            if ((vChars[i] - 0x20) & (1u << uBit)) v[uAt / 8] |= static_cast<uint8_t>(1u << (uAt % 8));
         }
     }
     return Field(kSixBit, v);
