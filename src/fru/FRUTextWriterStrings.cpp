@@ -17,6 +17,11 @@ enum : uint8_t {
     FRU_LENGTH_MASK = 0x3F,
 };
 
+// The longest string line, a record's text of 254 characters with its apostrophes and line
+// end, fills the line buffer; in UTF-16 or UTF-8 it takes at most twice as many bytes,
+// which the reader takes as one line.
+static_assert(2 * (FRU_LINE_BUFFER_SIZE - 1) <= FRU_RAW_LINE_LIMIT, "the reader must take a string line whole");
+
 const char kchQuote = '\'';
 const char kchLineFeed = '\n';
 
