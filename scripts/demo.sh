@@ -5,7 +5,10 @@
 # tavrin -v finds it different, tavrin -d replaces it (back-up, erase, download,
 # Initialization Agent), and tavrin -v then finds it equal to the file. tavrin -u then
 # saves the repository as a UTF-8 text file, which tavrin -t finds sound and tavrin -v
-# finds equal to the repository. Every tavrin run
+# finds equal to the repository. Last, a FRU round trip: tavrin -d writes the example
+# image sample-server.fru into FRU device 0, tavrin -v checks it, tavrin -u saves the
+# device as a UTF-8 FRU text file, which tavrin -t finds sound and tavrin -v finds equal
+# to the device. Every tavrin run
 # goes through "tavrin-bmcsim run", which points it at the simulator and fails loudly if
 # it did not reach it.
 set -euo pipefail
@@ -21,6 +24,7 @@ trap 'rm -rf "$work"' EXIT
 export TAVRIN_BMCSIM_STATE="$work/bmc.state"
 sim=$build/sim/bin/tavrin-bmcsim
 new=examples/sample-v2.sdr
+fru_image=$PWD/examples/sample-server.fru
 
 # An OEM record (type C0h, manufacturer 000157h) that carries the text, in hex.
 oem_record() {
@@ -81,3 +85,19 @@ echo "== tavrin -t uploaded.sdr and tavrin -v uploaded.sdr: sound, and equal to 
 tavrin -t uploaded.sdr
 tavrin -v uploaded.sdr
 echo "Done: the upload and its check took $("$sim" log | wc -l) exchanges with the simulated BMC."
+
+echo "== FRU: tavrin -d sample-server.fru fruID=0 into an empty FRU device of 512 bytes, then tavrin -v =="
+cp "$fru_image" sample-server.fru
+"$sim" fru-create 0 512
+"$sim" log-clear
+tavrin -d sample-server.fru fruID=0
+tavrin -v sample-server.fru fruID=0
+echo "== tavrin -u server.txt encoding=utf8 fruID=0: the device saved as a FRU text file =="
+tavrin -u server.txt encoding=utf8 fruID=0
+echo "== Its board area, its lines joined by blanks =="
+sed -n '/^_SEE_BOARD/,/^_SEE_PRODUCT/p' server.txt | sed '$d' | tr '\n' ' '
+echo
+echo "== tavrin -t server.txt fruID=0 and tavrin -v server.txt fruID=0: sound, and equal to the device =="
+tavrin -t server.txt fruID=0
+tavrin -v server.txt fruID=0
+echo "Done: the FRU round trip took $("$sim" log | wc -l) exchanges with the simulated BMC."

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "fru/FRUFile.h"
+#include "fru/FRUTextWriter.h"
 #include "repository/FRUTransfer.h"
 
 int TestFRUFile(const char* pchFileName)
@@ -37,5 +38,20 @@ int DownloadFRUFile(const char* pchFileName, uint16_t u16FruID)
         return 0;
     }
     fputs("Download FRU data successful. \n\n", stdout);
+    return 1;
+}
+
+int UploadFRUFile(const char* pchFileName, eFileEncoding eEncoding, uint16_t u16FruID)
+{
+    if (DoFRUGetFromBMC(u16FruID) != 1) {
+        fputs("Failure to upload FRU data!\n", stderr);
+        return 0;
+    }
+    fprintf(stdout, "Start to save FRU file, %s \n", pchFileName);
+    if (!SaveFRUFile(pchFileName, eEncoding)) {
+        fputs("Failure to upload FRU data!\n", stderr);
+        return 0;
+    }
+    fputs("Upload FRU data successful. \n\n", stdout);
     return 1;
 }

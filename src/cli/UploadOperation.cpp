@@ -1,11 +1,12 @@
-// -u: what the BMC holds, saved in a local text file. The fixed order: arguments, file
-// test (with the replace prompt), route, lists, fetch and save, lists, route. The file
-// is written only after the data were fetched, so a failed read leaves an existing
-// file as it was.
+// -u: what the BMC holds (the SDR repository, or with fruID= a FRU device), saved in a
+// local text file. The fixed order: arguments, file test (with the replace prompt),
+// route, lists, fetch and save, lists, route. The file is written only after the data
+// were fetched, so a failed read leaves an existing file as it was.
 #include <cctype>
 #include <cstdio>
 
 #include "ArgumentCheck.h"
+#include "FRUOperations.h"
 #include "OptionHandlers.h"
 #include "ProgramState.h"
 #include "UploadArguments.h"
@@ -90,12 +91,6 @@ eReturnCodeTag Upload(uint16_t u16ArgCount, char** ppchArgs)
     if (!ValidateAnalyzeUploadParameters(u16ArgCount, ppchArgs, &bIsSDRFile, achFileName, &eEncoding, &u16FruID)) {
         return eRcHandlerFailed;
     }
-    if (!bIsSDRFile) {
-        // Refused before any file is created and before the BMC is contacted. The FRU
-        // kind's work will stand beside UploadSDRData.
-        fputs("<ERROR> FRU data cannot be uploaded by this version of " TAVRIN ". \n", stderr);
-        return eRcHandlerFailed;
-    }
     int bFailed = 0;
     if (!PrepareTargetFile(achFileName, &bFailed)) {
         return bFailed ? eRcHandlerFailed : eRcSuccess;
@@ -107,7 +102,8 @@ eReturnCodeTag Upload(uint16_t u16ArgCount, char** ppchArgs)
         TerminateConnSession();
         return eRcHandlerFailed;
     }
-    const int iResult = UploadSDRData(achFileName, eEncoding);
+    const int iResult = bIsSDRFile ? UploadSDRData(achFileName, eEncoding)
+                                   : UploadFRUFile(achFileName, eEncoding, u16FruID);
     TavrinExit();
     TerminateConnSession();
     return (iResult == 1) ? eRcSuccess : eRcHandlerFailed;

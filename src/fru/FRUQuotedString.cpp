@@ -118,23 +118,6 @@ int StorePacked(sFRUTextReader* psReader, const char* pchAreaName, const char* p
     return 1;
 }
 
-// English text is 8-bit, and the chassis area has no language. Of a non-English board or
-// product area, only the serial number and the FRU file ID are 8-bit: the 3rd and 5th,
-// or the 5th and 7th field, each with its type/length byte on a hex line of its own.
-bool IsEightBitField(const char* pchAreaName, uint8_t u8LanguageCode, uint16_t u16HexLineCount)
-{
-    if (u8LanguageCode == FRU_LANGUAGE_ENGLISH || u8LanguageCode == FRU_LANGUAGE_ENGLISH_CODE) {
-        return true;
-    }
-    if (IsArea(pchAreaName, "BOARD")) {
-        return u16HexLineCount == 3 || u16HexLineCount == 5;
-    }
-    if (IsArea(pchAreaName, "PRODUCT")) {
-        return u16HexLineCount == 5 || u16HexLineCount == 7;
-    }
-    return IsArea(pchAreaName, "CHASSIS");
-}
-
 // A Unicode field: UTF-16LE bytes, as they stand in a UTF-16 file, or converted from
 // UTF-8 and cut to N bytes; an ASCII file can't hold them.
 int StoreUnicode(sFRUTextReader* psReader, const char* pchAreaName, const uint8_t* pu8String, size_t uLength,
@@ -174,7 +157,7 @@ int StoreFieldString(sFRUTextReader* psReader, const char* pchAreaName, const ui
         return 0;
     }
     const bool bEightBit = u8Type != FRU_TYPE_BCD_PLUS && u8Type != FRU_TYPE_SIX_BIT &&
-                           IsEightBitField(pchAreaName, u8LanguageCode, u16HexLineCount);
+                           FRUIsEightBitField(pchAreaName, u8LanguageCode, u16HexLineCount);
     if (u8Type > FRU_TYPE_SIX_BIT && !bEightBit) {
         return StoreUnicode(psReader, pchAreaName, pu8String, uLength, u8N, pu16Stored);
     }
@@ -191,6 +174,20 @@ int StoreFieldString(sFRUTextReader* psReader, const char* pchAreaName, const ui
 }
 
 }  // namespace
+
+bool FRUIsEightBitField(const char* pchAreaName, uint8_t u8LanguageCode, uint16_t u16FieldNumber)
+{
+    if (u8LanguageCode == FRU_LANGUAGE_ENGLISH || u8LanguageCode == FRU_LANGUAGE_ENGLISH_CODE) {
+        return true;
+    }
+    if (IsArea(pchAreaName, "BOARD")) {
+        return u16FieldNumber == 3 || u16FieldNumber == 5;
+    }
+    if (IsArea(pchAreaName, "PRODUCT")) {
+        return u16FieldNumber == 5 || u16FieldNumber == 7;
+    }
+    return IsArea(pchAreaName, "CHASSIS");
+}
 
 int FRUStoreQuotedString(sFRUTextReader* psReader, const char* pchAreaName, const uint8_t* pu8String,
                          size_t uLength, uint8_t u8LanguageCode, uint16_t u16HexLineCount, uint16_t* pu16Stored)

@@ -99,6 +99,14 @@ int FRUReadHexDataQuotedStringMixBlockWithLanguageCode(sFRUTextReader* psReader,
 int FRUStoreQuotedString(sFRUTextReader* psReader, const char* pchAreaName, const uint8_t* pu8String,
                          size_t uLength, uint8_t u8LanguageCode, uint16_t u16HexLineCount, uint16_t* pu16Stored);
 
+// Whether a type 3 field (8-bit ASCII/Latin-1 or 16-bit Unicode) of the area named
+// "CHASSIS", "BOARD" or "PRODUCT" is 8-bit: English text (language 0 or 25), every field
+// of the chassis area, which has no language, and of another language only the serial
+// number and the FRU file ID, the 3rd and 5th field of a board area and the 5th and 7th
+// of a product area. u16FieldNumber counts the area's fields from 1; the reader counts
+// its hex lines, which the writer keeps in step by giving each field one hex line.
+bool FRUIsEightBitField(const char* pchAreaName, uint8_t u8LanguageCode, uint16_t u16FieldNumber);
+
 // "<ERROR> Incorrect FRU file.\n", then the printf-formatted second line.
 void FRUReportFormatError(const char* pchFormat, ...) __attribute__((format(printf, 1, 2)));
 

@@ -1,8 +1,5 @@
 #include "SDRTextWriter.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdarg>
 #include <cstdio>
 
@@ -173,26 +170,6 @@ void WarnInconsistentIDStrings(const SDREntry* psList)
                     psEntry->u16RecordID, uCount, u8Code, u8Code & SDR_ID_STRING_LENGTH_MASK, u16Position);
         }
     }
-}
-
-// Creates the file, or empties the one of that name, for binary writing; a new file is
-// readable by its owner only.
-FILE* CreateTextFile(const char* pchPath)
-{
-    const int iFile = open(pchPath, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    if (iFile < 0) {
-        return nullptr;
-    }
-    FILE* pFile = fdopen(iFile, "wb");
-    if (pFile == nullptr) {
-        close(iFile);
-    }
-    return pFile;
-}
-
-const char* ByteOrderMark(eFileEncoding eEncoding)
-{
-    return (eEncoding == eEncodingUTF8) ? "\xEF\xBB\xBF" : (eEncoding == eEncodingUTF16) ? "\xFF\xFE" : "";
 }
 
 // The mark, the section and its records. 0 when a write failed: the disk-full dialogue

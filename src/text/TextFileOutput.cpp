@@ -3,6 +3,9 @@
 #include "text/DatTrans.h"
 #include "text/DiskFullDialogue.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstring>
 
 namespace {
@@ -54,6 +57,33 @@ int WriteUTF16String(FILE* pStream, const char* pchPath, const char* pchText)
 }
 
 }  // namespace
+
+FILE* CreateTextFile(const char* pchPath)
+{
+    const int iFile = open(pchPath, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (iFile < 0) {
+        return nullptr;
+    }
+    FILE* pFile = fdopen(iFile, "wb");
+    if (pFile == nullptr) {
+        close(iFile);
+    }
+    return pFile;
+}
+
+const char* ByteOrderMark(eFileEncoding eEncoding)
+{
+    return (eEncoding == eEncodingUTF8) ? "\xEF\xBB\xBF" : (eEncoding == eEncodingUTF16) ? "\xFF\xFE" : "";
+}
+
+int WriteBytesToFile(FILE* pStream, const char* pchPath, const void* pBytes, size_t uCount)
+{
+    if (pStream == nullptr || pchPath == nullptr || pBytes == nullptr) {
+        fputs("<ERROR> Internal Error!\n", stderr);
+        return WRITE_INTERNAL_ERROR;
+    }
+    return WriteBytes(pStream, pchPath, static_cast<const char*>(pBytes), uCount);
+}
 
 int WriteToFile(FILE* pStream, const char* pchPath, const char* pchText)
 {

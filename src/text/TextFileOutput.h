@@ -24,6 +24,17 @@ struct sFeedCursor {
     uint16_t u16DataSize;     // bytes at pu8Data: a dump never reads beyond them
 };
 
+// Creates the file, or empties the one of that name, for binary writing; a new file is
+// readable and writable by its owner only (mode 0600). nullptr when it can't be opened.
+FILE* CreateTextFile(const char* pchPath);
+
+// The byte-order mark that opens a file of the encoding: EF BB BF, FF FE, or nothing.
+const char* ByteOrderMark(eFileEncoding eEncoding);
+
+// Writes uCount bytes as they stand. A null argument prints "<ERROR> Internal Error!\n"
+// and gives WRITE_INTERNAL_ERROR.
+int WriteBytesToFile(FILE* pStream, const char* pchPath, const void* pBytes, size_t uCount);
+
 // Writes the zero-terminated text as it stands, without the terminator. A null
 // argument prints "<ERROR> Internal Error!\n" and gives WRITE_INTERNAL_ERROR.
 int WriteToFile(FILE* pStream, const char* pchPath, const char* pchText);

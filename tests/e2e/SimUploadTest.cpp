@@ -120,8 +120,6 @@ INSTANTIATE_TEST_SUITE_P(
                    "<ERROR> Unknown flag: \n \nInvalid operations. \n" + kHelp, kNotes, kMissing},
         UploadCase{"OtherParameter", {"a.sdr", "encoding=ascii", "FruId=1"}, kOem, "", false, 1, "",
                    "<ERROR> 'FruId=1' is an invalid parameter for -u! \n\n" + kNotes, kMissing},
-        UploadCase{"FruData", {"a.sdr", "encoding=ascii", "fruID=0x01"}, kOem, "", false, 1, "",
-                   "<ERROR> FRU data cannot be uploaded by this version of TAVRIN. \n" + kNotes, kMissing},
         UploadCase{"MissingDirectory", {"no/a.sdr", "encoding=ascii"}, kOem, "", false, 1, "",
                    "<ERROR> Directory does not exist or file error.\n" + kNotes, kMissing}),
     [](const testing::TestParamInfo<UploadCase>& i) { return i.param.pchName; });

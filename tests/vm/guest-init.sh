@@ -108,7 +108,8 @@ run_checks() {
     check_on_clock loaded driver-fru-update-datetime -updateFRU fieldName=datetime offset=0x3B fruID=0
 
     check unloaded kcsio-fru-verify-updated -msgintf kcsio -v server-updated.fru fruID=0
-    # The FRU upload joins here: -msgintf kcsio -u fru.txt encoding=utf16 fruID=0, then -t fru.txt fruID=0.
+    check unloaded kcsio-fru-upload -msgintf kcsio -u fru.txt encoding=utf16 fruID=0
+    check unloaded kcsio-fru-upload-test -t fru.txt fruID=0
 }
 
 cd /data || exit 1

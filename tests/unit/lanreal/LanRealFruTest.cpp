@@ -1,5 +1,6 @@
-// A raw FRU image downloaded into a FRU device of ipmi_sim over the LAN, read back and
-// changed by the real ipmitool, and an image that ipmitool wrote, tested by tavrin.
+// A raw FRU image downloaded into a FRU device of ipmi_sim over the LAN, uploaded to a FRU
+// text file, read back and changed by the real ipmitool, and an image that ipmitool
+// wrote, tested by tavrin.
 #include <gtest/gtest.h>
 
 #include <regex>
@@ -67,15 +68,24 @@ TEST(LanRealFru, DownloadIsWhatIpmitoolPrintsAndVerifyNoticesAChange)
     for (const auto& sField : vFields) EXPECT_EQ(sField.second, Printed(sPrint.sOut, sField.first)) << sPrint.sOut;
     RunResult sVerify = Tavrin(sDir, {"-v", "server.fru", "fruID=0"});
     EXPECT_EQ(0, sVerify.iStatus) << sVerify.sErr;
+    // The device uploaded to a FRU text file, which passes -t and -v, until ipmitool changes the device.
+    RunResult sUpload = Tavrin(sDir, {"-u", "server.txt", "encoding=utf16", "fruID=0"});
+    EXPECT_EQ(0, sUpload.iStatus) << sUpload.sErr;
+    EXPECT_NE(std::string::npos, sUpload.sOut.find("Upload FRU data successful. \n"));
+    for (const char* pchOperation : {"-t", "-v"}) {
+        EXPECT_EQ(0, Tavrin(sDir, {pchOperation, "server.txt", "fruID=0"}).iStatus) << pchOperation;
+    }
 
     // ipmitool rewrites the product area with a name of the same length and its own
     // checksum; the image it then reads out of the device passes -t.
     Ipmitool({"fru", "edit", "0", "field", "p", "1", "TS-4410 Rack Unit 2"});
     EXPECT_EQ("TS-4410 Rack Unit 2", Printed(Ipmitool({"fru", "print", "0"}).sOut, "Product Name"));
-    RunResult sChanged = Tavrin(sDir, {"-v", "server.fru", "fruID=0"});
-    EXPECT_EQ(1, sChanged.iStatus);
-    EXPECT_NE(std::string::npos, sChanged.sErr.find("The FRU data in file and FRU inventory are different!\n"
-                                                    "Verify FRU file failed!\n"));
+    for (const char* pchFile : {"server.fru", "server.txt"}) {
+        RunResult sChanged = Tavrin(sDir, {"-v", pchFile, "fruID=0"});
+        EXPECT_EQ(1, sChanged.iStatus);
+        EXPECT_NE(std::string::npos, sChanged.sErr.find("The FRU data in file and FRU inventory are different!\n"
+                                                        "Verify FRU file failed!\n"));
+    }
     ASSERT_EQ(0, Ipmitool({"fru", "read", "0", sDir.File("by-ipmitool.fru")}).iStatus);
     EXPECT_NE(vImage, ReadFileBytes(sDir.File("by-ipmitool.fru")));
     RunResult sTest = Tavrin(sDir, {"-t", "by-ipmitool.fru", "fruID=0"});
